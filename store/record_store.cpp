@@ -1,0 +1,92 @@
+#include "store/record_store.h"
+
+#include "store/string_table.h"
+
+namespace quillora {
+
+RecordStore::~RecordStore() = default;
+
+void RecordStore::LoadName() { name_ = LoadString(NameId()); }
+
+bool RecordStore::Exists(const std::u16string& name) {
+  if (name.empty()) LoadName();
+  const std::u16string& wanted = name.empty() ? name_ : name;
+  auto search = volume_.FindFirstDatabase(0);
+  if (!search) return false;
+  for (ObjectId id = search->Next(); id != 0; id = search->Next()) {
+    DatabaseInfo info;
+    if (volume_.GetDatabaseInfo(id, &info) && info.name == wanted) return true;
+  }
+  return false;
+}
+
+bool RecordStore::Create() {
+  LoadName();
+  DatabaseInfo info;
+  info.name = name_;
+  info.type = DatabaseType();
+  info.sort_orders = SortOrders();
+  database_id_ = volume_.CreateDatabase(info);
+  return database_id_ != 0;
+}
+
+bool RecordStore::OpenDatabase(const std::u16string& name, PropId sort_prop,
+                               std::uint32_t flags, const NotificationRequest* request) {
+  if (request) request_ = *request;
+  ObjectId id = 0;
+  handle_ = volume_.OpenDatabase(&id, name, sort_prop, flags,
+                                 request_ ? &*request_ : nullptr);
+  if (!handle_) return false;
+  database_id_ = id;
+  return true;
+}
+
+bool RecordStore::Open(std::uint32_t flags, const NotificationRequest* request) {
+  LoadName();
+  if (!Exists(name_) && !Create()) return false;
+  return OpenDatabase(name_, OpenSortProperty(), flags, request);
+}
+
+ObjectId RecordStore::Seek(SeekType type, std::int64_t offset_or_id) {
+  if (!handle_) {
+    SetLastStoreError(kErrorInvalidParameter);
+    return current_record_id_ = 0;
+  }
+  return current_record_id_ = handle_->Seek(type, offset_or_id);
+}
+
+ObjectId RecordStore::SeekValue(SeekType type, const PropValue& value) {
+  if (!handle_) {
+    SetLastStoreError(kErrorInvalidParameter);
+    return current_record_id_ = 0;
+  }
+  return current_record_id_ = handle_->SeekValue(type, value);
+}
+
+ObjectId RecordStore::ReadProps(const std::vector<PropId>* wanted, PropList* out) {
+  out->clear();
+  if (!handle_) {
+    SetLastStoreError(kErrorInvalidParameter);
+    return 0;
+  }
+  // A read never moves: the current record id stays what the seek left.
+  return handle_->ReadProps(wanted, out);
+}
+
+ObjectId RecordStore::WriteProps(ObjectId id, const PropList& values) {
+  if (!handle_) {
+    SetLastStoreError(kErrorInvalidParameter);
+    return current_record_id_ = 0;
+  }
+  return current_record_id_ = handle_->WriteProps(id, values);
+}
+
+bool RecordStore::DeleteRecord(ObjectId id) {
+  if (!handle_) {
+    SetLastStoreError(kErrorInvalidParameter);
+    return false;
+  }
+  return handle_->DeleteRecord(id);
+}
+
+}  // namespace quillora
