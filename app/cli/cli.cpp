@@ -1,14 +1,126 @@
 #include "app/cli/cli.h"
 
+#include <unistd.h>
+
 #include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "app/cli/cli_commands.h"
+#include "app/cli/cli_context.h"
+#include "platform/data_folder.h"
+#include "store/time_entry.h"
+
+#ifndef QUILLORA_VERSION
+#define QUILLORA_VERSION "0.1.0"
+#endif
 
 namespace quillora {
+namespace {
+
+const Command* const kCommands[] = {
+    &kShowCommand,
+    &kDeleteCommand,
+};
+
+const Command* FindCommand(const std::string& name) {
+  for (const Command* c : kCommands) {
+    if (name == c->name) return c;
+  }
+  return nullptr;
+}
+
+void PrintHelp() {
+  std::printf(
+      "Usage: quillora [--data-dir DIR] [--yes] COMMAND [OPTIONS] [ARGUMENTS]\n"
+      "       quillora                  start Quillora on its data folder\n"
+      "\n"
+      "Quillora keeps time entries and bills them. With a command it works headless on\n"
+      "the same data as the window.\n"
+      "\n"
+      "Global options:\n"
+      "  --data-dir DIR   the data folder (else $QUILLORA_DATA_DIR, else\n"
+      "                   $XDG_DATA_HOME/quillora, else ~/.local/share/quillora)\n"
+      "  --yes            answer Yes/OK to every question\n"
+      "  --help           this text; 'quillora COMMAND --help' for one command\n"
+      "  --version        the version\n"
+      "\n"
+      "Commands:\n");
+  for (const Command* c : kCommands) {
+    std::printf("  %-28s %s\n", c->usage, c->summary);
+  }
+  std::printf(
+      "\nDates are YYYY-MM-DD, times HH:MM. Exit status: 0 done, 1 refused or failed,\n"
+      "2 wrong usage.\n");
+}
+
+void PrintCommandHelp(const Command& c) {
+  std::printf("Usage: quillora %s\n\n%s\n", c.usage, c.summary);
+  if (*c.details) std::printf("\n%s\n", c.details);
+}
+
+// No command: the data folder is opened (created on first use) and its state
+// told; the window takes over here once it is built.
+int StartWithoutCommand(CliContext& context) {
+  if (!context.OpenData()) return kExitFailed;
+  EntryStore entries(*context.volume);
+  if (!entries.Open()) return context.Fail(u"Unable to load database.");
+  DatabaseInfo info;
+  context.volume->GetDatabaseInfo(entries.database_id(), &info);
+  std::printf("Quillora %s\nData folder: %s\nTime entries: %u\n", QUILLORA_VERSION,
+              context.data_folder.c_str(), info.record_count);
+  std::printf("Run 'quillora --help' for the commands.\n");
+  return kExitDone;
+}
+
+}  // namespace
 
 int RunCli(int argc, char** argv) {
-  (void)argc;
-  (void)argv;
-  std::puts("quillora");
-  return 0;
+  std::string data_folder;
+  bool assume_yes = false;
+  int i = 1;
+  for (; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (word == "--data-dir") {
+      if (i + 1 >= argc) return UsageError("--data-dir needs a folder");
+      data_folder = argv[++i];
+    } else if (word.rfind("--data-dir=", 0) == 0) {
+      data_folder = word.substr(11);
+    } else if (word == "--yes") {
+      assume_yes = true;
+    } else if (word == "--help" || word == "-h") {
+      PrintHelp();
+      return kExitDone;
+    } else if (word == "--version") {
+      std::printf("quillora %s\n", QUILLORA_VERSION);
+      return kExitDone;
+    } else if (word.rfind("--", 0) == 0) {
+      return UsageError("unknown option " + word);
+    } else {
+      break;
+    }
+  }
+
+  CliPrompt prompt(assume_yes);
+  SystemClock clock;
+  CliContext context;
+  context.data_folder = ResolveDataFolder(data_folder);
+  context.prompt = &prompt;
+  context.clock = &clock;
+
+  if (i >= argc) return StartWithoutCommand(context);
+  const Command* command = FindCommand(argv[i]);
+  if (command == nullptr) return UsageError(std::string("unknown command ") + argv[i]);
+  std::vector<std::string> words(argv + i + 1, argv + argc);
+  for (const std::string& w : words) {
+    if (w == "--help") {
+      PrintCommandHelp(*command);
+      return kExitDone;
+    }
+  }
+  Arguments args(std::move(words));
+  return command->run(context, args);
 }
 
 }  // namespace quillora

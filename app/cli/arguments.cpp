@@ -1,0 +1,71 @@
+#include "app/cli/arguments.h"
+
+namespace quillora {
+
+std::optional<std::vector<std::string>> Arguments::Values(const std::string& name,
+                                                          std::size_t count) {
+  std::optional<std::vector<std::string>> found;
+  for (std::size_t i = 0; i < words_.size();) {
+    if (words_[i] != name) {
+      ++i;
+      continue;
+    }
+    if (i + count >= words_.size()) {
+      Fail(name + " needs " + (count == 1 ? "a value" : std::to_string(count) + " values"));
+      words_.erase(words_.begin() + static_cast<long>(i), words_.end());
+      return std::nullopt;
+    }
+    found = std::vector<std::string>(words_.begin() + static_cast<long>(i) + 1,
+                                     words_.begin() + static_cast<long>(i + 1 + count));
+    words_.erase(words_.begin() + static_cast<long>(i),
+                 words_.begin() + static_cast<long>(i + 1 + count));
+  }
+  return found;
+}
+
+std::optional<std::string> Arguments::Value(const std::string& name) {
+  auto values = Values(name, 1);
+  if (!values) return std::nullopt;
+  return (*values)[0];
+}
+
+std::vector<std::string> Arguments::AllValues(const std::string& name) {
+  std::vector<std::string> all;
+  for (std::size_t i = 0; i < words_.size();) {
+    if (words_[i] != name) {
+      ++i;
+      continue;
+    }
+    if (i + 1 >= words_.size()) {
+      Fail(name + " needs a value");
+      words_.erase(words_.begin() + static_cast<long>(i));
+      break;
+    }
+    all.push_back(words_[i + 1]);
+    words_.erase(words_.begin() + static_cast<long>(i),
+                 words_.begin() + static_cast<long>(i + 2));
+  }
+  return all;
+}
+
+bool Arguments::Flag(const std::string& name) {
+  bool found = false;
+  for (std::size_t i = 0; i < words_.size();) {
+    if (words_[i] == name) {
+      found = true;
+      words_.erase(words_.begin() + static_cast<long>(i));
+    } else {
+      ++i;
+    }
+  }
+  return found;
+}
+
+std::vector<std::string> Arguments::Positionals() {
+  for (const std::string& w : words_) {
+    if (w.size() > 2 && w.compare(0, 2, "--") == 0) Fail("unknown option " + w);
+  }
+  return words_;
+}
+
+}  // namespace quillora

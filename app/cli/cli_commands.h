@@ -1,0 +1,15 @@
+// The commands of the command line, one object each, defined in the files
+// named after what they work on.
+#ifndef QUILLORA_APP_CLI_CLI_COMMANDS_H_
+#define QUILLORA_APP_CLI_CLI_COMMANDS_H_
+
+#include "app/cli/cli_context.h"
+
+namespace quillora {
+
+extern const Command kShowCommand;
+extern const Command kDeleteCommand;
+
+}  // namespace quillora
+
+#endif  // QUILLORA_APP_CLI_CLI_COMMANDS_H_

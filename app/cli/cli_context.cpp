@@ -1,0 +1,35 @@
+#include "app/cli/cli_context.h"
+
+#include <cstdio>
+
+#include "platform/data_folder.h"
+#include "store/string_table.h"
+
+namespace quillora {
+
+bool CliContext::OpenData() {
+  if (volume) return true;
+  std::string error;
+  if (PrepareDataFolder(data_folder, &error)) {
+    volume = OpenSqliteObjectStore(data_folder + "/" + kVolumeFileName, &error);
+  }
+  if (!volume) {
+    prompt->ShowMessage(kAppTitle, u"Unable to load database.", MessageIcon::kError);
+    std::fprintf(stderr, "quillora: %s\n", error.c_str());
+    return false;
+  }
+  return true;
+}
+
+int CliContext::Fail(const std::u16string& text) {
+  prompt->ShowMessage(kAppTitle, text, MessageIcon::kError);
+  return kExitFailed;
+}
+
+int UsageError(const std::string& message) {
+  std::fprintf(stderr, "quillora: %s\nTry 'quillora --help' for more information.\n",
+               message.c_str());
+  return kExitUsage;
+}
+
+}  // namespace quillora

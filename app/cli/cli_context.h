@@ -1,0 +1,52 @@
+// What every command of the command line works with: the data folder, the
+// prompt, the clock, and the data once opened.
+#ifndef QUILLORA_APP_CLI_CLI_CONTEXT_H_
+#define QUILLORA_APP_CLI_CLI_CONTEXT_H_
+
+#include <memory>
+#include <string>
+
+#include "app/cli/arguments.h"
+#include "app/cli/cli_prompt.h"
+#include "platform/clock.h"
+#include "platform/object_store.h"
+
+namespace quillora {
+
+// Exit statuses.
+inline constexpr int kExitDone = 0;
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitUsage = 2;
+
+struct CliContext {
+  std::string data_folder;
+  CliPrompt* prompt = nullptr;
+  const Clock* clock = nullptr;
+  std::unique_ptr<ObjectStore> volume;
+
+  // "DefNewStyles" of the settings.
+  std::uint32_t option_bits() const { return 16; }
+
+  // Opens the data folder and its volume. On failure shows "Unable to load
+  // database." and answers false; nothing in the folder is changed.
+  bool OpenData();
+  // Shows a message titled "Quillora" with the error icon and answers 1.
+  int Fail(const std::u16string& text);
+};
+
+// Prints "quillora: MESSAGE" and the hint to --help on stderr; answers 2.
+int UsageError(const std::string& message);
+
+using CommandHandler = int (*)(CliContext& context, Arguments& args);
+
+struct Command {
+  const char* name;
+  const char* usage;    // the synopsis after "quillora "
+  const char* summary;  // one line for the command list
+  const char* details;  // more lines for "quillora COMMAND --help", may be ""
+  CommandHandler run;
+};
+
+}  // namespace quillora
+
+#endif  // QUILLORA_APP_CLI_CLI_CONTEXT_H_
