@@ -215,6 +215,13 @@ class ObjectStore {
       ObjectId* id, const std::u16string& name, PropId sort_prop, std::uint32_t flags,
       const NotificationRequest* request) = 0;
 
+  // Groups the writes that follow into one transaction, made durable by
+  // CommitBatch; for bulk work (restore, import) where each record needs no
+  // transaction of its own. Without CommitBatch the batch is rolled back when
+  // the store closes. False when a batch cannot begin or commit.
+  virtual bool BeginBatch() = 0;
+  virtual bool CommitBatch() = 0;
+
   // A number that changes whenever another process has committed a change
   // to the volume since the last call; the window polls it to reload.
   virtual std::uint64_t ExternalChangeCounter() = 0;

@@ -250,6 +250,8 @@ class SqliteObjectStore : public ObjectStore {
                                                PropId sort_prop, std::uint32_t flags,
                                                const NotificationRequest* request) override;
   std::uint64_t ExternalChangeCounter() override;
+  bool BeginBatch() override;
+  bool CommitBatch() override;
 
   Statement Prepare(const std::string& sql) {
     auto it = statements_.find(sql);
@@ -266,6 +268,14 @@ class SqliteObjectStore : public ObjectStore {
 
   bool Exec(const char* sql) {
     return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+  }
+
+  // One write's transaction; inside a batch the batch's transaction serves.
+  bool BeginWrite() { return in_batch_ || Exec("BEGIN IMMEDIATE"); }
+  bool CommitWrite() { return in_batch_ || Exec("COMMIT"); }
+  void RollbackWrite() {
+    // A failed statement inside a batch undoes itself; the batch goes on.
+    if (!in_batch_) Exec("ROLLBACK");
   }
 
   // The sort orders of a database; false when there is no such database.
@@ -289,6 +299,7 @@ class SqliteObjectStore : public ObjectStore {
   std::vector<SqliteDatabaseHandle*> handles_;
   Collator collator_;
   std::map<ObjectId, std::vector<SortOrder>> sort_cache_;
+  bool in_batch_ = false;
 };
 
 // --- the store -------------------------------------------------------------
@@ -442,7 +453,7 @@ ObjectId SqliteObjectStore::CreateDatabase(const DatabaseInfo& info) {
       return 0;
     }
   }
-  if (!Exec("BEGIN IMMEDIATE")) {
+  if (!BeginWrite()) {
     g_last_error = SqliteError("create database", sqlite3_errcode(db_));
     return 0;
   }
@@ -471,9 +482,9 @@ ObjectId SqliteObjectStore::CreateDatabase(const DatabaseInfo& info) {
       error = SqliteError("create database", rc);
     }
   }
-  if (error != kErrorSuccess || !Exec("COMMIT")) {
+  if (error != kErrorSuccess || !CommitWrite()) {
     if (error == kErrorSuccess) error = SqliteError("create database", sqlite3_errcode(db_));
-    Exec("ROLLBACK");
+    RollbackWrite();
     g_last_error = error;
     return 0;
   }
@@ -532,6 +543,20 @@ std::unique_ptr<DatabaseHandle> SqliteObjectStore::OpenDatabase(
   return std::make_unique<SqliteDatabaseHandle>(this, *id, sort_prop, slot, std::move(copy));
 }
 
+bool SqliteObjectStore::BeginBatch() {
+  if (in_batch_ || !Exec("BEGIN IMMEDIATE")) return false;
+  in_batch_ = true;
+  return true;
+}
+
+bool SqliteObjectStore::CommitBatch() {
+  if (!in_batch_) return false;
+  in_batch_ = false;
+  if (Exec("COMMIT")) return true;
+  Exec("ROLLBACK");
+  return false;
+}
+
 std::uint64_t SqliteObjectStore::ExternalChangeCounter() {
   Statement st = Prepare("PRAGMA data_version");
   if (!st.ok() || st.Step() != SQLITE_ROW) return 0;
@@ -576,7 +601,7 @@ ObjectId SqliteObjectStore::Write(SqliteDatabaseHandle* handle, ObjectId id,
   }
   std::vector<SortOrder> orders;
   if (!SortOrdersOf(handle->database_id(), &orders)) return 0;
-  if (!Exec("BEGIN IMMEDIATE")) {
+  if (!BeginWrite()) {
     g_last_error = SqliteError("write", sqlite3_errcode(db_));
     return 0;
   }
@@ -638,9 +663,9 @@ ObjectId SqliteObjectStore::Write(SqliteDatabaseHandle* handle, ObjectId id,
       }
     }
   }
-  if (error != kErrorSuccess || !Exec("COMMIT")) {
+  if (error != kErrorSuccess || !CommitWrite()) {
     if (error == kErrorSuccess) error = SqliteError("commit", sqlite3_errcode(db_));
-    Exec("ROLLBACK");
+    RollbackWrite();
     g_last_error = error;
     return 0;
   }

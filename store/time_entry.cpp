@@ -52,18 +52,18 @@ int ReadEntry(EntryStore& store, TimeEntry* entry) {
   const ObjectId id = store.current_record_id();
   if (id == 0) return GetLastStoreError() == kErrorNoMoreItems ? 1 : -1;
   entry->recordId = id;
-  for (const PropValue& v : props) {
+  for (PropValue& v : props) {
     switch (v.id) {
       case p::kStart: entry->start = v.number; break;
-      case p::kClient: entry->client = v.text; break;
-      case p::kProject: entry->project = v.text; break;
-      case p::kPhase: entry->phase = v.text; break;
-      case p::kTask: entry->task = v.text; break;
-      case p::kCurrency: entry->currency = v.text; break;
-      case p::kBillTo: entry->billTo = v.text; break;
-      case p::kCustom1: entry->custom1 = v.text; break;
-      case p::kCustom2: entry->custom2 = v.text; break;
-      case p::kCustom3: entry->custom3 = v.text; break;
+      case p::kClient: entry->client = std::move(v.text); break;
+      case p::kProject: entry->project = std::move(v.text); break;
+      case p::kPhase: entry->phase = std::move(v.text); break;
+      case p::kTask: entry->task = std::move(v.text); break;
+      case p::kCurrency: entry->currency = std::move(v.text); break;
+      case p::kBillTo: entry->billTo = std::move(v.text); break;
+      case p::kCustom1: entry->custom1 = std::move(v.text); break;
+      case p::kCustom2: entry->custom2 = std::move(v.text); break;
+      case p::kCustom3: entry->custom3 = std::move(v.text); break;
       case p::kDuration: entry->duration = static_cast<std::uint16_t>(v.number); break;
       case p::kRate: entry->rate = static_cast<std::uint32_t>(v.number); break;
       case p::kRateType: entry->rateType = static_cast<std::uint16_t>(v.number); break;
