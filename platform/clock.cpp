@@ -136,7 +136,7 @@ std::optional<SystemTime> ParseIsoDateTime(const std::string& text) {
 }
 
 std::string FormatIsoDateTime(const SystemTime& st) {
-  char buf[40];
+  char buf[48];  // room for 16-bit fields of any value
   if (st.milliseconds != 0) {
     std::snprintf(buf, sizeof buf, "%04u-%02u-%02uT%02u:%02u:%02u.%03u", st.year, st.month,
                   st.day, st.hour, st.minute, st.second, st.milliseconds);
