@@ -189,14 +189,17 @@ class SqliteRegistry : public Registry {
  private:
   long ResolveKey(RegistryHive hive, std::u16string_view path, bool create,
                   RegistryKey* key);
-  long Fail(const char* context, int rc) { return SqliteError(db_, context, rc, &last_error_); }
+  long Fail(const char* context, int rc) {
+    return SqliteError(db_, context, rc, &last_error_);
+  }
   int Exec(const char* sql) { return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr); }
 
   sqlite3* db_;
   std::string last_error_;
 };
 
-bool SqliteRegistry::Initialise(bool on_disk, const std::string& label, std::string* error) {
+bool SqliteRegistry::Initialise(bool on_disk, const std::string& label,
+                                std::string* error) {
   sqlite3_extended_result_codes(db_, 1);
   sqlite3_busy_timeout(db_, kBusyTimeoutMs);
   auto refuse = [&](const std::string& why) {
@@ -272,7 +275,8 @@ long SqliteRegistry::ResolveKey(RegistryHive hive, std::u16string_view path, boo
       begin = end + 1;
     }
   }
-  std::int64_t id = hive == RegistryHive::kCurrentUser ? kCurrentUserRoot : kLocalMachineRoot;
+  std::int64_t id =
+      hive == RegistryHive::kCurrentUser ? kCurrentUserRoot : kLocalMachineRoot;
   if (create && !parts.empty()) {
     int rc = Exec("BEGIN IMMEDIATE");
     if (rc != SQLITE_OK) return Fail("begin create key", rc);
@@ -329,7 +333,8 @@ long SqliteRegistry::QueryValue(const RegistryKey& key, std::u16string_view name
   if (!st.Step()) {
     return st.rc() == SQLITE_OK ? kErrorFileNotFound : Fail("query value", st.rc());
   }
-  if (type != nullptr) *type = static_cast<std::uint32_t>(sqlite3_column_int64(st.get(), 0));
+  if (type != nullptr)
+    *type = static_cast<std::uint32_t>(sqlite3_column_int64(st.get(), 0));
   const void* bytes = sqlite3_column_blob(st.get(), 1);
   auto length = static_cast<std::uint32_t>(sqlite3_column_bytes(st.get(), 1));
   if (data != nullptr) {
@@ -377,7 +382,8 @@ long SqliteRegistry::DeleteValue(const RegistryKey& key, std::u16string_view nam
 
 }  // namespace
 
-std::unique_ptr<Registry> OpenSqliteRegistry(const std::string& path, std::string* error) {
+std::unique_ptr<Registry> OpenSqliteRegistry(const std::string& path,
+                                             std::string* error) {
   std::string ignored;
   if (error == nullptr) error = &ignored;
   // Created here so that it is 0600 from the start (SQLite gives its journal
@@ -392,7 +398,8 @@ std::unique_ptr<Registry> OpenSqliteRegistry(const std::string& path, std::strin
   int rc = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                            nullptr);
   if (rc != SQLITE_OK) {
-    SqliteError(db, ("The registry file " + path + " cannot be opened").c_str(), rc, error);
+    SqliteError(db, ("The registry file " + path + " cannot be opened").c_str(), rc,
+                error);
     sqlite3_close_v2(db);
     return nullptr;
   }

@@ -20,9 +20,9 @@ namespace quillora {
 
 // Error codes of the registry calls (the device's values).
 inline constexpr long kErrorSuccess = 0;
-inline constexpr long kErrorFileNotFound = 2;        // no such key or value
-inline constexpr long kErrorAccessDenied = 5;        // the file is read-only
-inline constexpr long kErrorInvalidHandle = 6;       // key not open (or closed)
+inline constexpr long kErrorFileNotFound = 2;   // no such key or value
+inline constexpr long kErrorAccessDenied = 5;   // the file is read-only
+inline constexpr long kErrorInvalidHandle = 6;  // key not open (or closed)
 inline constexpr long kErrorNotEnoughMemory = 8;
 inline constexpr long kErrorDiskFull = 112;
 inline constexpr long kErrorInvalidParameter = 87;
@@ -71,7 +71,8 @@ class Registry {
   // u"Software\\Quillora"), creating it and any missing parents. An empty path
   // is the hive itself; an empty component or one over 255 characters is
   // kErrorInvalidParameter. Replaces whatever `key` held.
-  virtual long CreateKey(RegistryHive hive, std::u16string_view path, RegistryKey* key) = 0;
+  virtual long CreateKey(RegistryHive hive, std::u16string_view path,
+                         RegistryKey* key) = 0;
 
   // RegOpenKeyExW: as CreateKey, but kErrorFileNotFound when the key is missing.
   virtual long OpenKey(RegistryHive hive, std::u16string_view path, RegistryKey* key) = 0;

@@ -108,7 +108,7 @@ TEST_F(RegistryTest, StringBufferCountsTheTerminator) {
     std::size_t buffer_chars;
     long rc;
   } cases[] = {
-      {u"123456789012345", 16, 0},              // 15 characters fit a 16-unit buffer
+      {u"123456789012345", 16, 0},                // 15 characters fit a 16-unit buffer
       {u"1234567890123456", 16, kErrorMoreData},  // 16 do not
       {u"", 16, 0},
       {std::u16string(300, u'x'), 0, 0},  // 0 reads whole
@@ -125,7 +125,8 @@ TEST_F(RegistryTest, StringBufferCountsTheTerminator) {
 TEST_F(RegistryTest, KeysAreCaseInsensitivePathsPerHive) {
   ASSERT_EQ(WriteDword(*registry_, key_, u"View", 3), 0);
   RegistryKey other;
-  ASSERT_EQ(registry_->OpenKey(RegistryHive::kCurrentUser, u"SOFTWARE\\quillora", &other), 0);
+  ASSERT_EQ(registry_->OpenKey(RegistryHive::kCurrentUser, u"SOFTWARE\\quillora", &other),
+            0);
   std::uint32_t view = 0;
   EXPECT_EQ(ReadDword(*registry_, other, u"VIEW", &view), 0);
   EXPECT_EQ(view, 3u);
@@ -140,16 +141,18 @@ TEST_F(RegistryTest, KeysAreCaseInsensitivePathsPerHive) {
   EXPECT_EQ(registry_->OpenKey(RegistryHive::kLocalMachine, kKeyPath, &other),
             kErrorFileNotFound);
   EXPECT_FALSE(other.is_open()) << "a failed open leaves the key closed";
-  EXPECT_EQ(registry_->OpenKey(RegistryHive::kCurrentUser, u"Software\\Quillora2", &other),
-            kErrorFileNotFound);
+  EXPECT_EQ(
+      registry_->OpenKey(RegistryHive::kCurrentUser, u"Software\\Quillora2", &other),
+      kErrorFileNotFound);
 
   for (const char16_t* bad : {u"\\Software", u"Software\\", u"a\\\\b"}) {
     EXPECT_EQ(registry_->CreateKey(RegistryHive::kCurrentUser, bad, &other),
               kErrorInvalidParameter)
         << ToUtf8(bad);
   }
-  EXPECT_EQ(registry_->CreateKey(RegistryHive::kCurrentUser, std::u16string(256, u'k'), &other),
-            kErrorInvalidParameter);
+  EXPECT_EQ(
+      registry_->CreateKey(RegistryHive::kCurrentUser, std::u16string(256, u'k'), &other),
+      kErrorInvalidParameter);
 }
 
 TEST_F(RegistryTest, ClosedKeysAreInvalidHandles) {
