@@ -123,7 +123,9 @@ class Statement {
     Keep(sqlite3_bind_int64(stmt_, index, value));
   }
   void Bind(int index, std::u16string_view text) {
-    Keep(sqlite3_bind_text16(stmt_, index, text.data(),
+    // The device's unnamed default value has an empty name, which a null
+    // pointer would turn into NULL.
+    Keep(sqlite3_bind_text16(stmt_, index, text.empty() ? u"" : text.data(),
                              static_cast<int>(text.size() * sizeof(char16_t)),
                              SQLITE_TRANSIENT));
   }

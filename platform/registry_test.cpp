@@ -65,6 +65,10 @@ TEST_F(RegistryTest, QueryFollowsTheDeviceBufferRules) {
   EXPECT_EQ(registry_->DeleteValue(key_, u"DEFCURR"), 0);
   EXPECT_EQ(Raw(u"DefCurr"), "<error 2>");
 
+  // The unnamed value is a value like any other.
+  ASSERT_EQ(WriteDword(*registry_, key_, std::u16string_view(), 5), 0);
+  EXPECT_EQ(Raw(u""), std::string("4:\x05\0\0\0", 6));
+
   // An empty binary value exists and has no bytes.
   ASSERT_EQ(WriteBinary(*registry_, key_, u"Empty", nullptr, 0), 0);
   EXPECT_EQ(Raw(u"Empty"), "3:");
