@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/error_codes.h"
+
 namespace quillora {
 
 using ObjectId = std::uint32_t;
@@ -45,15 +47,6 @@ constexpr PropType PropTypeOf(PropId id) { return static_cast<PropType>(id & 0xF
 inline constexpr std::uint16_t kPropDelete = 0x0200;
 inline constexpr std::uint16_t kPropNotFound = 0x0400;
 
-// Last-error values.
-inline constexpr std::uint32_t kErrorSuccess = 0;
-inline constexpr std::uint32_t kErrorFileNotFound = 2;
-inline constexpr std::uint32_t kErrorDiskFull = 112;
-inline constexpr std::uint32_t kErrorNoMoreItems = 259;
-inline constexpr std::uint32_t kErrorInvalidParameter = 87;
-inline constexpr std::uint32_t kErrorDupName = 52;
-inline constexpr std::uint32_t kErrorNotEnoughMemory = 8;
-inline constexpr std::uint32_t kErrorInternal = 1359;  // the store's file failed
 
 // The calling thread's last error, set by every store call.
 std::uint32_t GetLastStoreError();
