@@ -4,11 +4,11 @@
 
 namespace quillora {
 
-double EntryAmount(const TimeEntry& entry, std::uint32_t option_bits) {
+double EntryAmount(const TimeEntry& entry, const Settings& settings) {
   if (entry.rateType == kRateFixed) return entry.rate * 0.01;
   const double hours = entry.duration * 0.01;
   const double r = entry.rate * 0.01;
-  if (!(option_bits & kOptionPreciseMinutes)) return r * hours;
+  if (!(settings.option_bits & kOptionPreciseCalculation)) return r * hours;
   // The fraction is compared for exact equality on purpose: since hours is
   // duration x 0.01, only 17, 33 and 67 hundredths ever match; 0.83 and every
   // duration of an hour or more bill as the plain product.

@@ -7,18 +7,15 @@
 
 #include <cstdint>
 
+#include "store/settings.h"
 #include "store/time_entry.h"
 
 namespace quillora {
 
-// Option bits of "DefNewStyles" read here.
-inline constexpr std::uint32_t kOptionPreciseMinutes = 0x2000;
-inline constexpr std::uint32_t kOptionGranularity = 0x4000;
-
 // The amount of an entry, never rounded. A fixed rate is the amount itself;
 // otherwise rate times hours, except that with precise minutes on the
 // durations 0.17, 0.33 and 0.67 hours bill as exact sixths of an hour.
-double EntryAmount(const TimeEntry& entry, std::uint32_t option_bits);
+double EntryAmount(const TimeEntry& entry, const Settings& settings);
 
 }  // namespace quillora
 

@@ -12,13 +12,13 @@ TEST(EntryAmountTest, ExactBinary64Results) {
     std::uint32_t bits;
     double amount;
   } cases[] = {
-      {17, 6000, kRateNormal, kOptionPreciseMinutes, 10.0},
-      {83, 6000, kRateNormal, kOptionPreciseMinutes, 49.800000000000004},
-      {117, 6000, kRateNormal, kOptionPreciseMinutes, 70.19999999999999},
-      {33, 6000, kRateOvertime, kOptionPreciseMinutes, 0.3333333333333333 * 60.0},
-      {67, 6000, kRateDiscount, kOptionPreciseMinutes, 0.6666666666666666 * 60.0},
+      {17, 6000, kRateNormal, kOptionPreciseCalculation, 10.0},
+      {83, 6000, kRateNormal, kOptionPreciseCalculation, 49.800000000000004},
+      {117, 6000, kRateNormal, kOptionPreciseCalculation, 70.19999999999999},
+      {33, 6000, kRateOvertime, kOptionPreciseCalculation, 0.3333333333333333 * 60.0},
+      {67, 6000, kRateDiscount, kOptionPreciseCalculation, 0.6666666666666666 * 60.0},
       {17, 6000, kRateNormal, 0, 0.17 * 60.0},
-      {250, 10000, kRateFixed, kOptionPreciseMinutes, 100.0},
+      {250, 10000, kRateFixed, kOptionPreciseCalculation, 100.0},
       {0, 10000, kRateFixed, 0, 100.0},
       {150, 1250, kRateWeekend, 0, 12.5 * 1.5},
   };
@@ -27,7 +27,9 @@ TEST(EntryAmountTest, ExactBinary64Results) {
     e.duration = c.duration;
     e.rate = c.rate;
     e.rateType = c.rate_type;
-    EXPECT_EQ(EntryAmount(e, c.bits), c.amount)
+    Settings settings;
+    settings.option_bits = c.bits;
+    EXPECT_EQ(EntryAmount(e, settings), c.amount)
         << c.duration << " x " << c.rate << " type " << c.rate_type << " bits " << c.bits;
   }
 }

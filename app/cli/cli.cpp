@@ -22,6 +22,7 @@ namespace {
 const Command* const kCommands[] = {
     &kShowCommand,
     &kDeleteCommand,
+    &kSettingsCommand,
 };
 
 const Command* FindCommand(const std::string& name) {
@@ -64,10 +65,10 @@ void PrintCommandHelp(const Command& c) {
 // told; the window takes over here once it is built.
 int StartWithoutCommand(CliContext& context) {
   if (!context.OpenData()) return kExitFailed;
-  EntryStore entries(*context.volume);
+  EntryStore entries(*context.data.volume);
   if (!entries.Open()) return context.Fail(u"Unable to load database.");
   DatabaseInfo info;
-  context.volume->GetDatabaseInfo(entries.database_id(), &info);
+  context.data.volume->GetDatabaseInfo(entries.database_id(), &info);
   std::printf("Quillora %s\nData folder: %s\nTime entries: %u\n", QUILLORA_VERSION,
               context.data_folder.c_str(), info.record_count);
   std::printf("Run 'quillora --help' for the commands.\n");

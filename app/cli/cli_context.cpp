@@ -2,18 +2,14 @@
 
 #include <cstdio>
 
-#include "platform/data_folder.h"
 #include "store/string_table.h"
 
 namespace quillora {
 
 bool CliContext::OpenData() {
-  if (volume) return true;
+  if (data.volume) return true;
   std::string error;
-  if (PrepareDataFolder(data_folder, &error)) {
-    volume = OpenSqliteObjectStore(data_folder + "/" + kVolumeFileName, &error);
-  }
-  if (!volume) {
+  if (!OpenDataContext(data_folder, &data, &error)) {
     prompt->ShowMessage(kAppTitle, u"Unable to load database.", MessageIcon::kError);
     std::fprintf(stderr, "quillora: %s\n", error.c_str());
     return false;

@@ -9,7 +9,7 @@
 #include "app/cli/arguments.h"
 #include "app/cli/cli_prompt.h"
 #include "platform/clock.h"
-#include "platform/object_store.h"
+#include "store/data_context.h"
 
 namespace quillora {
 
@@ -22,12 +22,9 @@ struct CliContext {
   std::string data_folder;
   CliPrompt* prompt = nullptr;
   const Clock* clock = nullptr;
-  std::unique_ptr<ObjectStore> volume;
+  DataContext data;  // open once OpenData has answered true
 
-  // "DefNewStyles" of the settings.
-  std::uint32_t option_bits() const { return 16; }
-
-  // Opens the data folder and its volume. On failure shows "Unable to load
+  // Opens the data folder: volume, registry, settings. On failure shows "Unable to load
   // database." and answers false; nothing in the folder is changed.
   bool OpenData();
   // Shows a message titled "Quillora" with the error icon and answers 1.

@@ -67,7 +67,7 @@ int Show(CliContext& context, Arguments& args) {
   ObjectId id = 0;
   if (const int status = TakeRecordId(args, &id)) return status;
   if (!context.OpenData()) return kExitFailed;
-  EntryStore store(*context.volume);
+  EntryStore store(*context.data.volume);
   TimeEntry e;
   if (const int status = LoadEntry(context, store, id, &e)) return status;
   SystemTime start;
@@ -82,7 +82,7 @@ int Show(CliContext& context, Arguments& args) {
       e.duration, e.rate, e.rateType, ToUtf8(e.currency).c_str(), e.billable ? 1 : 0,
       e.paid ? 1 : 0, ToUtf8(e.billTo).c_str(), ToUtf8(e.custom1).c_str(),
       ToUtf8(e.custom2).c_str(), ToUtf8(e.custom3).c_str(), e.noteSize,
-      EscapeNote(note).c_str(), AmountText(EntryAmount(e, context.option_bits())).c_str());
+      EscapeNote(note).c_str(), AmountText(EntryAmount(e, context.data.settings)).c_str());
   return kExitDone;
 }
 
@@ -90,7 +90,7 @@ int Delete(CliContext& context, Arguments& args) {
   ObjectId id = 0;
   if (const int status = TakeRecordId(args, &id)) return status;
   if (!context.OpenData()) return kExitFailed;
-  EntryStore store(*context.volume);
+  EntryStore store(*context.data.volume);
   TimeEntry e;
   if (const int status = LoadEntry(context, store, id, &e)) return status;
   if (context.prompt->Ask(u"Quillora", u"Are you sure to permanently delete this item?",

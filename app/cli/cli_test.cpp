@@ -1,0 +1,131 @@
+// The command line end to end: the binary on a fresh data folder.
+#include <gtest/gtest.h>
+
+#include "platform/data_folder.h"
+#include "store/data_context.h"
+#include "store/note_text.h"
+#include "store/time_entry.h"
+#include "tests/run_quillora.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+using testing::RunQuillora;
+
+class CliTest : public ::testing::Test {
+ protected:
+  std::string Data() const { return dir_.File("data"); }
+
+  // Stores an entry directly, as the window would have.
+  ObjectId AddSampleEntry() {
+    DataContext data;
+    std::string error;
+    EXPECT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
+    EntryStore store(*data.volume);
+    EXPECT_TRUE(store.Open());
+    TimeEntry e;
+    SystemTimeToFileTime(MakeSystemTime(2026, 11, 20, 14, 5, 1), &e.start);
+    e.client = u"Acme \u00c9t\u00e9";
+    e.project = u"Web";
+    e.task = u"Design";
+    e.duration = 17;
+    e.rate = 6000;
+    e.billable = true;
+    e.currency = u"EUR";
+    e.custom2 = u"c2";
+    const auto note = NoteBlobFromText(u"line one\nC:\\path");
+    SetNote(&e, static_cast<std::int32_t>(note.size()), note.data());
+    EXPECT_TRUE(AddEntry(store, e));
+    return store.current_record_id();
+  }
+
+  testing::TempDir dir_;
+};
+
+TEST_F(CliTest, HelpVersionAndUsageErrors) {
+  auto r = RunQuillora(Data(), {"--help"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_NE(r.out.find("Usage: quillora"), std::string::npos);
+  EXPECT_NE(r.out.find("settings show"), std::string::npos);
+  r = RunQuillora(Data(), {"--version"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out.rfind("quillora ", 0), 0u);
+  r = RunQuillora(Data(), {"show", "--help"});
+  EXPECT_EQ(r.status, 0);
+  EXPECT_NE(r.out.find("Usage: quillora show ID"), std::string::npos);
+
+  for (const std::vector<std::string>& bad :
+       {std::vector<std::string>{"frobnicate"}, {"show"}, {"show", "x1"}, {"show", "1", "2"},
+        {"--bogus", "show", "1"}, {"show", "1", "--bogus"}, {"settings", "set", "View"}}) {
+    r = RunQuillora(Data(), bad);
+    EXPECT_EQ(r.status, 2) << bad[0];
+    EXPECT_NE(r.err.find("Try 'quillora --help'"), std::string::npos) << bad[0];
+  }
+}
+
+TEST_F(CliTest, ShowPrintsEveryFieldInOrder) {
+  const ObjectId id = AddSampleEntry();
+  const auto r = RunQuillora(Data(), {"show", std::to_string(id)});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, "recordId=" + std::to_string(id) +
+                       "\nstart=2026-11-20T14:05:01\nclient=Acme \xc3\x89t\xc3\xa9\n"
+                       "project=Web\nphase=\ntask=Design\nduration=17\nrate=6000\n"
+                       "rateType=0\ncurrency=EUR\nbillable=1\npaid=0\nbillTo=\ncustom1=\n"
+                       "custom2=c2\ncustom3=\nnoteSize=40\nnote=line one\\r\\nC:\\\\path\n"
+                       "amount=10.200000000000001\n");
+  EXPECT_EQ(RunQuillora(Data(), {"settings", "set", "DefNewStyles", "0x2010"}).status, 0);
+  EXPECT_NE(RunQuillora(Data(), {"show", std::to_string(id)}).out.find("\namount=10\n"),
+            std::string::npos)
+      << "precise minutes bill 0.17 hours as ten minutes";
+
+  const auto missing = RunQuillora(Data(), {"show", std::to_string(id + 1)});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_EQ(missing.err,
+            "Quillora: There is no time entry with record id " + std::to_string(id + 1) + ".\n");
+}
+
+TEST_F(CliTest, DeleteAsksAndOnlyYesDeletes) {
+  const std::string id = std::to_string(AddSampleEntry());
+  auto r = RunQuillora(Data(), {"delete", id});
+  EXPECT_EQ(r.status, 1) << "no terminal answers No";
+  EXPECT_NE(r.err.find("Are you sure to permanently delete this item?"), std::string::npos);
+  EXPECT_EQ(RunQuillora(Data(), {"show", id}).status, 0);
+  r = RunQuillora(Data(), {"--yes", "delete", id});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(RunQuillora(Data(), {"show", id}).status, 1);
+}
+
+TEST_F(CliTest, SettingsSetRefusesWhatTheProgramCannotUse) {
+  auto r = RunQuillora(Data(), {"settings", "set", "MinTime", "20"});
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, "MinTime=20\n");
+  for (const auto& [name, value] : std::vector<std::pair<std::string, std::string>>{
+           {"View", "5"}, {"MinTime", "7"}, {"NextClient", "3"}, {"NoSuchValue", "1"},
+           {"ViewCust", "00"}}) {
+    r = RunQuillora(Data(), {"settings", "set", name, value});
+    EXPECT_EQ(r.status, 1) << name;
+    EXPECT_EQ(r.err.rfind("Quillora: ", 0), 0u) << name << ": " << r.err;
+  }
+  r = RunQuillora(Data(), {"settings", "show"});
+  EXPECT_NE(r.out.find("\nMinTime=20\n"), std::string::npos);
+  EXPECT_EQ(r.out.rfind("View=2\n", 0), 0u);
+}
+
+TEST_F(CliTest, ADamagedOrUnusableDataFolderIsLeftAlone) {
+  ASSERT_EQ(RunQuillora(Data(), {"settings", "show"}).status, 0);
+  const std::string garbage(4096, '\x17');
+  testing::WriteFileBytes(Data() + "/" + kVolumeFileName, garbage);
+  auto r = RunQuillora(Data(), {"show", "1"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err.rfind("Quillora: Unable to load database.\n", 0), 0u) << r.err;
+  EXPECT_EQ(testing::ReadFileBytes(Data() + "/" + kVolumeFileName), garbage);
+
+  testing::WriteFileBytes(dir_.File("plain-file"), "x");
+  r = RunQuillora(dir_.File("plain-file"), {"settings", "show"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err.rfind("Quillora: Unable to load database.\n", 0), 0u);
+}
+
+}  // namespace
+}  // namespace quillora
