@@ -151,6 +151,22 @@ TEST_F(MarkupReaderTest, WhitespaceAndQuotedTokensInTags) {
   EXPECT_EQ(nodes[1].position.end_right, 27);
 }
 
+TEST_F(MarkupReaderTest, DeepNestingNeitherOverflowsNorLosesTheMessage) {
+  constexpr int kDepth = 200000;
+  std::u16string open;
+  std::u16string close;
+  for (int i = 0; i < kDepth; ++i) {
+    open += u"<e>";
+    close += u"</e>";
+  }
+  ASSERT_TRUE(doc_.SetDocument(open + u"<x/>" + close));
+  EXPECT_EQ(doc_.NextFreeIndex(), kDepth + 2);
+  EXPECT_EQ(doc_.Position(1).end_left, 3 * kDepth + 4 + 4 * (kDepth - 1));
+
+  EXPECT_FALSE(doc_.SetDocument(open));
+  EXPECT_EQ(doc_.ErrorText(), u"End tag of e element not found");
+}
+
 class MarkupNavigationTest : public ::testing::Test {
  protected:
   void SetUp() override {
