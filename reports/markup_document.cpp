@@ -4,6 +4,8 @@
 #include "reports/markup_document.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 
 namespace quillora {
 
@@ -41,7 +43,8 @@ bool MarkupDocument::IsWellFormed() const {
 }
 
 ElementPosition MarkupDocument::Position(int index) const {
-  if (index < 0 || index >= next_free_ || static_cast<std::size_t>(index) >= positions_.size()) {
+  if (index < 0 || index >= next_free_ ||
+      static_cast<std::size_t>(index) >= positions_.size()) {
     return {};
   }
   return positions_[index];
@@ -55,11 +58,18 @@ bool MarkupDocument::SetDocument(std::u16string_view text) {
   child_ = 0;
   level_ = 0;
   error_.clear();
-  EnsureTable(text_.size() / 64 + 8);
+  // Offsets are 32-bit: a longer text cannot be indexed at all.
+  const bool too_long =
+      text_.size() >= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+  if (!too_long) EnsureTable(text_.size() / 64 + 8);
   // The whole index is rebuilt: records of an earlier document are reused.
   ClearDocumentRecord();
   next_free_ = 1;
   if (text_.empty()) return false;
+  if (too_long) {
+    error_ = u"Element tag not found";
+    return false;
+  }
 
   const int top = ParseElement(0);
   if (top > 0) {
@@ -94,7 +104,8 @@ bool MarkupDocument::FindElement(std::u16string_view name) {
 bool MarkupDocument::FindChildElement(std::u16string_view name) {
   if (current_ == 0 && !FindElement()) return false;
   if (IsEmptyElement(current_)) return false;
-  int index = child_ != 0 ? positions_[child_].next_sibling : positions_[current_].first_child;
+  int index =
+      child_ != 0 ? positions_[child_].next_sibling : positions_[current_].first_child;
   for (; index > 0 && index < next_free_; index = positions_[index].next_sibling) {
     if (name.empty() || TagNameIs(index, name)) {
       child_ = index;

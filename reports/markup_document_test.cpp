@@ -13,9 +13,9 @@
 namespace quillora {
 
 void PrintTo(const ElementPosition& p, std::ostream* os) {
-  *os << "{" << p.start_left << "," << p.start_right << "," << p.end_left << "," << p.end_right
-      << "," << p.following << " parent " << p.parent << " child " << p.first_child << " next "
-      << p.next_sibling << "}";
+  *os << "{" << p.start_left << "," << p.start_right << "," << p.end_left << ","
+      << p.end_right << "," << p.following << " parent " << p.parent << " child "
+      << p.first_child << " next " << p.next_sibling << "}";
 }
 
 namespace {
@@ -35,17 +35,20 @@ struct Node {
 std::vector<Node> Walk(const MarkupDocument& doc) {
   std::vector<Node> nodes;
   std::vector<std::pair<int, int>> stack;  // index, depth
-  for (int top = doc.Position(0).first_child; top != 0; top = doc.Position(top).next_sibling) {
+  for (int top = doc.Position(0).first_child; top != 0;
+       top = doc.Position(top).next_sibling) {
     stack.emplace_back(top, 0);
     while (!stack.empty()) {
       auto [index, depth] = stack.back();
       stack.pop_back();
       nodes.push_back({doc.TagName(index), doc.Position(index), index, depth});
       std::vector<int> children;
-      for (int c = doc.Position(index).first_child; c != 0; c = doc.Position(c).next_sibling) {
+      for (int c = doc.Position(index).first_child; c != 0;
+           c = doc.Position(c).next_sibling) {
         children.push_back(c);
       }
-      for (auto it = children.rbegin(); it != children.rend(); ++it) stack.emplace_back(*it, depth + 1);
+      for (auto it = children.rbegin(); it != children.rend(); ++it)
+        stack.emplace_back(*it, depth + 1);
     }
   }
   return nodes;
@@ -68,6 +71,7 @@ TEST_F(MarkupReaderTest, EachMessageOnTheSmallestTextThatCausesIt) {
       {u"<a ", u"End of tag not found"},
       {u"<a>", u"End tag of a element not found"},
       {u"<a><!>", u"Expecting end tag of element a"},
+      {u"<a><!-- x -->", u"Expecting end tag of element a"},
       {u"<a></>", u"End tag does not correspond to a"},
       {u"<a></a", u"End tag not completed for element a"},
       // And a few more that name the element where it went wrong.
@@ -130,13 +134,26 @@ TEST_F(MarkupReaderTest, SkipsInstructionsCommentsCdataAndDeclarations) {
   EXPECT_EQ(doc_.NextFreeIndex(), 2);
   EXPECT_EQ(doc_.Position(1), (ElementPosition{31, 34, 33, 34, 34, 0, 0, 0}));
 
-  ASSERT_TRUE(doc_.SetDocument(
-      u"<r><![CDATA[<x>]]><!DOCTYPE r><!-- <y/> --><c k=\"v\"/><?p <z/>?></r> trailing <b/>"));
+  ASSERT_TRUE(
+      doc_.SetDocument(u"<r><![CDATA[<x>]]><!DOCTYPE r><!-- <y/> --><c k=\"v\"/><?p "
+                       u"<z/>?></r> trailing <b/>"));
   const std::vector<Node> nodes = Walk(doc_);
   ASSERT_EQ(nodes.size(), 2u);
   EXPECT_EQ(nodes[0].name, u"r");
   EXPECT_EQ(nodes[1].name, u"c");
   EXPECT_EQ(doc_.NextFreeIndex(), 3);
+}
+
+TEST_F(MarkupReaderTest, TagsEndWhereTheTokensSay) {
+  // A quoted token in an end tag is counted but not checked.
+  ASSERT_TRUE(doc_.SetDocument(u"<a></\"x\" a>"));
+  EXPECT_EQ(doc_.Position(1).end_right, 10);
+  // A start tag ends at the first '>' behind its name, quoted or not.
+  ASSERT_TRUE(doc_.SetDocument(u"<a b=\">\"></a>"));
+  EXPECT_EQ(doc_.Position(1).start_right, 6);
+  // An end tag may close on the last character of the text.
+  ASSERT_TRUE(doc_.SetDocument(u"<a></a>"));
+  EXPECT_EQ(doc_.Position(1), (ElementPosition{0, 2, 3, 6, 6, 0, 0, 0}));
 }
 
 TEST_F(MarkupReaderTest, WhitespaceAndQuotedTokensInTags) {
@@ -237,7 +254,8 @@ class MarkupWriterTest : public ::testing::Test {
       ElementPosition actual = written[i].position;
       expected.parent = expected.first_child = expected.next_sibling = 0;
       actual.parent = actual.first_child = actual.next_sibling = 0;
-      EXPECT_EQ(actual, expected) << "element " << i << " of " << Narrow(doc_.DocumentText());
+      EXPECT_EQ(actual, expected)
+          << "element " << i << " of " << Narrow(doc_.DocumentText());
       EXPECT_EQ(written[i].name, parsed[i].name);
       EXPECT_EQ(written[i].depth, parsed[i].depth);
     }
@@ -323,12 +341,13 @@ TEST_F(MarkupWriterTest, BuildsAReportShapedDocument) {
   ASSERT_TRUE(doc_.OutOfElement());
   ASSERT_TRUE(doc_.OutOfElement());
   ASSERT_TRUE(doc_.AddChildElement(u"p"));
-  EXPECT_EQ(doc_.DocumentText(),
-            u"<html xmlns=\"x\">\r\n"
-            u"<head>\r\n<title>T&amp;C</title>\r\n<meta name=\"Generator\"/>\r\n</head>\r\n"
-            u"<body>\r\n<h2/>\r\n<table>\r\n<tr/>\r\n</table>\r\n</body>\r\n"
-            u"<p/>\r\n"
-            u"</html>\r\n");
+  EXPECT_EQ(
+      doc_.DocumentText(),
+      u"<html xmlns=\"x\">\r\n"
+      u"<head>\r\n<title>T&amp;C</title>\r\n<meta name=\"Generator\"/>\r\n</head>\r\n"
+      u"<body>\r\n<h2/>\r\n<table>\r\n<tr/>\r\n</table>\r\n</body>\r\n"
+      u"<p/>\r\n"
+      u"</html>\r\n");
   ExpectReadBackEqual();
 }
 
@@ -378,7 +397,8 @@ TEST_F(MarkupWriterTest, SiblingBehindAParsedElementGoesAtItsClosingBracket) {
 // read back must give the same elements at the same offsets.
 TEST(MarkupDocumentPropertyTest, IndexStaysExactUnderRandomMixes) {
   const std::u16string names[] = {u"a", u"bb", u"row", u"Cell"};
-  const std::u16string values[] = {u"", u"x", u"1<2", u"a&b>c", u"\"q'", u"long text here"};
+  const std::u16string values[] = {u"",      u"x",    u"1<2",
+                                   u"a&b>c", u"\"q'", u"long text here"};
   std::mt19937 rng(20240611);
   auto pick = [&](std::size_t n) { return static_cast<std::size_t>(rng() % n); };
 
@@ -395,7 +415,8 @@ TEST(MarkupDocumentPropertyTest, IndexStaysExactUnderRandomMixes) {
       const int current = doc.CurrentElement();
       int behind = doc.CurrentChild();
       if (current != 0 && behind == 0) {
-        for (int c = doc.Position(current).first_child; c != 0; c = doc.Position(c).next_sibling) {
+        for (int c = doc.Position(current).first_child; c != 0;
+             c = doc.Position(c).next_sibling) {
           behind = c;
         }
       }
@@ -423,7 +444,10 @@ TEST(MarkupDocumentPropertyTest, IndexStaysExactUnderRandomMixes) {
           doc.FindChildElement(search);
           break;
         case 8:
-          if (pick(2) == 0) doc.IntoElement(); else doc.OutOfElement();
+          if (pick(2) == 0)
+            doc.IntoElement();
+          else
+            doc.OutOfElement();
           break;
         case 9:
           if (pick(4) == 0) {

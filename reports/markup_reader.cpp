@@ -21,8 +21,10 @@ struct CharClasses {
 const CharClasses& Classes() {
   static const CharClasses classes = [] {
     CharClasses c;
-    for (char ch : std::string_view(" \t\n\r")) c.whitespace[static_cast<unsigned char>(ch)] = true;
-    for (char ch : std::string_view("<>=\\/?!")) c.breaks[static_cast<unsigned char>(ch)] = true;
+    for (char ch : std::string_view(" \t\n\r"))
+      c.whitespace[static_cast<unsigned char>(ch)] = true;
+    for (char ch : std::string_view("<>=\\/?!"))
+      c.breaks[static_cast<unsigned char>(ch)] = true;
     return c;
   }();
   return classes;
@@ -38,12 +40,15 @@ constexpr std::u16string_view kEndOfTagNotFound = u"End of tag not found";
 constexpr std::u16string_view kAbruptEndWithinTag = u"Abrupt end within tag";
 constexpr std::u16string_view kEndTagNotFound = u"End tag of %s element not found";
 constexpr std::u16string_view kExpectingEndTag = u"Expecting end tag of element %s";
-constexpr std::u16string_view kEndTagDoesNotCorrespond = u"End tag does not correspond to %s";
-constexpr std::u16string_view kEndTagNotCompleted = u"End tag not completed for element %s";
+constexpr std::u16string_view kEndTagDoesNotCorrespond =
+    u"End tag does not correspond to %s";
+constexpr std::u16string_view kEndTagNotCompleted =
+    u"End tag not completed for element %s";
 
 std::u16string FormatMessage(std::u16string_view message, std::u16string_view name) {
   std::u16string out(message);
-  if (std::size_t at = out.find(u"%s"); at != std::u16string::npos) out.replace(at, 2, name);
+  if (std::size_t at = out.find(u"%s"); at != std::u16string::npos)
+    out.replace(at, 2, name);
   return out;
 }
 
@@ -56,7 +61,8 @@ bool MarkupDocument::FindChar(std::int32_t& offset, char16_t c) const {
   return offset < length;
 }
 
-std::int32_t MarkupDocument::FindString(std::int32_t from, std::u16string_view what) const {
+std::int32_t MarkupDocument::FindString(std::int32_t from,
+                                        std::u16string_view what) const {
   const auto length = static_cast<std::int32_t>(text_.size());
   from = std::clamp(from, std::int32_t{0}, length);
   const std::size_t at = text_.find(what, static_cast<std::size_t>(from));
@@ -101,9 +107,9 @@ bool MarkupDocument::TokenIs(const Token& token, std::u16string_view text) const
   const auto length = static_cast<std::int32_t>(text_.size());
   const std::int32_t right = std::min(token.right, length - 1);
   if (token.left < 0 || right < token.left) return text.empty();
-  return std::u16string_view(text_).substr(static_cast<std::size_t>(token.left),
-                                           static_cast<std::size_t>(right - token.left + 1)) ==
-         text;
+  return std::u16string_view(text_).substr(
+             static_cast<std::size_t>(token.left),
+             static_cast<std::size_t>(right - token.left + 1)) == text;
 }
 
 std::u16string MarkupDocument::TagName(int index) const {

@@ -9,7 +9,9 @@
 namespace quillora {
 namespace {
 
-std::int32_t Length(std::u16string_view text) { return static_cast<std::int32_t>(text.size()); }
+std::int32_t Length(std::u16string_view text) {
+  return static_cast<std::int32_t>(text.size());
+}
 
 std::u16string_view Replacement(char16_t c, MarkupEscapeMode mode) {
   switch (c) {
@@ -101,7 +103,8 @@ bool MarkupDocument::AddAttribute(std::u16string_view name, std::u16string_view 
   return SetAttribute(current_, name, value);
 }
 
-bool MarkupDocument::AddChildAttribute(std::u16string_view name, std::u16string_view value) {
+bool MarkupDocument::AddChildAttribute(std::u16string_view name,
+                                       std::u16string_view value) {
   if (child_ == 0) return false;
   return SetAttribute(child_, name, value);
 }
@@ -178,7 +181,8 @@ bool MarkupDocument::SetAttribute(int index, std::u16string_view name,
 
   ElementPosition& element = positions_[index];
   // Before the '/' of an empty element; behind earlier attributes either way.
-  const std::int32_t offset = IsEmptyElement(index) ? element.start_right - 1 : element.start_right;
+  const std::int32_t offset =
+      IsEmptyElement(index) ? element.start_right - 1 : element.start_right;
   const std::int32_t delta = Length(insert);
   ChangeDocument(offset, 0, insert);
   element.start_right += delta;
@@ -196,7 +200,8 @@ std::int32_t MarkupDocument::ChangeDocument(std::int32_t offset, std::int32_t re
   const std::int32_t length = Length(text_);
   offset = std::clamp(offset, std::int32_t{0}, length);
   replaced = std::clamp(replaced, std::int32_t{0}, length - offset);
-  text_.replace(static_cast<std::size_t>(offset), static_cast<std::size_t>(replaced), insert);
+  text_.replace(static_cast<std::size_t>(offset), static_cast<std::size_t>(replaced),
+                insert);
   return replaced;
 }
 
