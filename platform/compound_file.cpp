@@ -207,11 +207,34 @@ std::unique_ptr<CompoundSink> CreateFileSink(const std::string& path) {
 // Writer
 
 struct CompoundWriter::Node {
+  // A storage's set of names holds node ids only; these hash and compare the
+  // ids by their nodes' upper-cased names, and take a name before it has a node.
+  struct KeyHash {
+    using is_transparent = void;
+    size_t operator()(std::u16string_view key) const {
+      return std::hash<std::u16string_view>()(key);
+    }
+    size_t operator()(uint32_t id) const { return (*this)((*nodes)[id].key); }
+    const std::vector<Node>* nodes;
+  };
+  struct KeyEqual {
+    using is_transparent = void;
+    std::u16string_view Key(std::u16string_view key) const { return key; }
+    std::u16string_view Key(uint32_t id) const { return (*nodes)[id].key; }
+    template <typename A, typename B>
+    bool operator()(const A& a, const B& b) const {
+      return Key(a) == Key(b);
+    }
+    const std::vector<Node>* nodes;
+  };
+  using NameSet = std::unordered_set<uint32_t, KeyHash, KeyEqual>;
+
   std::u16string name;
+  std::u16string key;  // upper-cased name: duplicates and order
   bool storage = false;
-  std::string data;                          // a stream's bytes
-  std::vector<uint32_t> children;            // a storage's elements, as created
-  std::unordered_set<std::u16string> taken;  // a storage's upper-cased names
+  std::string data;                // a stream's bytes
+  std::vector<uint32_t> children;  // a storage's elements, as created
+  std::unique_ptr<NameSet> taken;  // a storage's names
   // Laid out by Commit.
   uint32_t left = kNoStream, right = kNoStream, child = kNoStream;
   uint8_t color = kBlack;
@@ -235,10 +258,16 @@ CompoundResult CompoundWriter::Create(std::unique_ptr<CompoundSink> sink) {
   nodes_.clear();
   sink_ = std::move(sink);
   if (sink_ == nullptr) return CompoundResult::kFileError;
-  nodes_.emplace_back();
-  nodes_[0].name = u"Root Entry";
-  nodes_[0].storage = true;
+  Node& root = nodes_.emplace_back();
+  root.name = u"Root Entry";
+  root.storage = true;
+  GiveNameSet(root);
   return CompoundResult::kOk;
+}
+
+void CompoundWriter::GiveNameSet(Node& storage) const {
+  storage.taken =
+      std::make_unique<Node::NameSet>(8, Node::KeyHash{&nodes_}, Node::KeyEqual{&nodes_});
 }
 
 CompoundResult CompoundWriter::AddNode(CompoundStorage parent, std::u16string_view name,
@@ -249,14 +278,18 @@ CompoundResult CompoundWriter::AddNode(CompoundStorage parent, std::u16string_vi
   }
   if (!ValidName(name)) return CompoundResult::kInvalidName;
   if (nodes_.size() >= kMaxRegSect) return CompoundResult::kTooLarge;
-  if (!nodes_[parent.id].taken.insert(UpperName(name)).second) {
+  std::u16string key = UpperName(name);
+  if (nodes_[parent.id].taken->contains(std::u16string_view(key))) {
     return CompoundResult::kNameExists;
   }
   *id = static_cast<uint32_t>(nodes_.size());
   nodes_[parent.id].children.push_back(*id);
   Node& node = nodes_.emplace_back();
   node.name = name;
+  node.key = std::move(key);
   node.storage = storage;
+  if (storage) GiveNameSet(node);
+  nodes_[parent.id].taken->insert(*id);
   return CompoundResult::kOk;
 }
 
@@ -340,19 +373,17 @@ CompoundResult CompoundWriter::WriteAll() {
   const uint32_t count = static_cast<uint32_t>(nodes_.size());
 
   // Directory trees, one per storage.
-  std::vector<std::u16string> keys(count);
-  for (uint32_t i = 0; i < count; ++i) keys[i] = UpperName(nodes_[i].name);
   std::vector<uint32_t> sorted;
   for (uint32_t i = 0; i < count; ++i) {
     if (!nodes_[i].storage) continue;
     sorted = nodes_[i].children;
-    std::sort(sorted.begin(), sorted.end(), [&keys](uint32_t a, uint32_t b) {
-      if (keys[a].size() != keys[b].size()) return keys[a].size() < keys[b].size();
-      return keys[a] < keys[b];
+    std::sort(sorted.begin(), sorted.end(), [this](uint32_t a, uint32_t b) {
+      const std::u16string& ka = nodes_[a].key;
+      const std::u16string& kb = nodes_[b].key;
+      return ka.size() != kb.size() ? ka.size() < kb.size() : ka < kb;
     });
     LinkTree(nodes_, i, sorted);
   }
-  keys = {};
 
   // Sector plan: directory, mini FAT, mini stream, large streams, FAT, DIFAT.
   uint64_t mini_sectors = 0;
@@ -515,7 +546,8 @@ CompoundResult CompoundWriter::WriteAll() {
 // Reader
 
 struct CompoundReader::Entry {
-  std::u16string name;
+  uint32_t name_begin = 0;  // in names_
+  uint8_t name_length = 0;
   uint8_t type = kTypeUnused;
   bool reached = false;  // found in a storage's tree (handles point only to these)
   uint32_t left = kNoStream, right = kNoStream, child = kNoStream;
@@ -673,9 +705,12 @@ class CompoundReader::Checker {
     if (bytes < 4 || bytes > 64 || bytes % 2 != 0 || Get16(p + bytes - 2) != 0) {
       return Fail("directory entry " + std::to_string(id) + ": bad name");
     }
-    std::u16string& name = r_->entries_[id].name;
-    for (uint32_t k = 0; k + 2 < bytes; k += 2)
-      name.push_back(static_cast<char16_t>(Get16(p + k)));
+    Entry& e = r_->entries_[id];
+    e.name_begin = static_cast<uint32_t>(r_->names_.size());
+    e.name_length = static_cast<uint8_t>(bytes / 2 - 1);
+    for (uint32_t k = 0; k + 2 < bytes; k += 2) {
+      r_->names_.push_back(static_cast<char16_t>(Get16(p + k)));
+    }
     return true;
   }
 
@@ -721,15 +756,17 @@ class CompoundReader::Checker {
             return Fail("directory entry " + std::to_string(cur) + ": bad type");
           }
           e.reached = true;
-          if (!CheckName(cur)) return false;
           stack.push_back(cur);
           cur = e.left;
         }
         cur = stack.back();
         stack.pop_back();
+        // Names are taken in order, so that lookups read them side by side.
+        if (!CheckName(cur)) return false;
         const Entry& e = entries[cur];
         if (children.size() > storage.children_begin &&
-            CompareCompoundNames(entries[children.back()].name, e.name) >= 0) {
+            CompareCompoundNames(r_->NameOf(entries[children.back()]), r_->NameOf(e)) >=
+                0) {
           return Fail("directory entry " + std::to_string(cur) +
                       ": out of order or duplicate");
         }
@@ -790,6 +827,7 @@ CompoundResult CompoundReader::OpenBytes(std::string bytes) {
   mini_fat_.clear();
   mini_stream_sectors_.clear();
   children_.clear();
+  names_.clear();
   error_detail_.clear();
   const CompoundResult result = Checker(this).Run();
   if (result != CompoundResult::kOk) {
@@ -799,6 +837,7 @@ CompoundResult CompoundReader::OpenBytes(std::string bytes) {
     mini_fat_.clear();
     mini_stream_sectors_.clear();
     children_.clear();
+    names_.clear();
   }
   return result;
 }
@@ -810,6 +849,10 @@ const CompoundReader::Entry* CompoundReader::EntryOf(uint32_t id, uint8_t type) 
   return (type == kTypeStorage ? storage : e.type == kTypeStream) ? &e : nullptr;
 }
 
+std::u16string_view CompoundReader::NameOf(const Entry& entry) const {
+  return std::u16string_view(names_).substr(entry.name_begin, entry.name_length);
+}
+
 CompoundResult CompoundReader::Find(CompoundStorage parent, std::u16string_view name,
                                     uint8_t type, uint32_t* id) const {
   if (entries_.empty()) return CompoundResult::kNotOpen;
@@ -819,9 +862,9 @@ CompoundResult CompoundReader::Find(CompoundStorage parent, std::u16string_view 
   const auto end = children_.begin() + storage->children_end;
   const auto it =
       std::lower_bound(begin, end, name, [this](uint32_t c, std::u16string_view n) {
-        return CompareCompoundNames(entries_[c].name, n) < 0;
+        return CompareCompoundNames(NameOf(entries_[c]), n) < 0;
       });
-  if (it == end || CompareCompoundNames(entries_[*it].name, name) != 0) {
+  if (it == end || CompareCompoundNames(NameOf(entries_[*it]), name) != 0) {
     return CompoundResult::kNotFound;
   }
   if (EntryOf(*it, type) == nullptr) return CompoundResult::kWrongType;
@@ -850,7 +893,7 @@ CompoundEnumerator CompoundReader::EnumElements(CompoundStorage storage) const {
 bool CompoundEnumerator::Next(CompoundElement* element) {
   if (next_ >= end_) return false;
   const CompoundReader::Entry& e = reader_->entries_[reader_->children_[next_++]];
-  element->name = e.name;
+  element->name = reader_->NameOf(e);
   element->type = e.type == kTypeStream ? CompoundElementType::kStream
                                         : CompoundElementType::kStorage;
   element->size = e.type == kTypeStream ? e.size : 0;

@@ -120,6 +120,7 @@ class CompoundWriter {
 
  private:
   struct Node;
+  void GiveNameSet(Node& storage) const;
   CompoundResult AddNode(CompoundStorage parent, std::u16string_view name, bool storage,
                          uint32_t* id);
   CompoundResult WriteAll();
@@ -186,6 +187,7 @@ class CompoundReader {
   CompoundResult Find(CompoundStorage parent, std::u16string_view name, uint8_t type,
                       uint32_t* id) const;
   const Entry* EntryOf(uint32_t id, uint8_t type) const;
+  std::u16string_view NameOf(const Entry& entry) const;
 
   std::string bytes_;
   std::vector<Entry> entries_;
@@ -193,6 +195,7 @@ class CompoundReader {
   std::vector<uint32_t> mini_fat_;
   std::vector<uint32_t> mini_stream_sectors_;
   std::vector<uint32_t> children_;  // each storage's children, in order, one run each
+  std::u16string names_;            // their names, in the same order
   std::string error_detail_;
 };
 
