@@ -506,9 +506,9 @@ TEST(CompoundFileTest, RefusesDamagedFiles) {
 TEST(CompoundFileTest, RefusesEveryTruncationAndIgnoresTrailingBytes) {
   const std::string good = SampleFile();
   CompoundReader r;
-  for (size_t size = 0; size < good.size();
-       size += (size % 512 < 8 || size % 512 > 504) ? 1 : 61) {
-    EXPECT_NE(r.OpenBytes(good.substr(0, size)), CompoundResult::kOk) << size;
+  // The FAT is the last sector, so no shorter file can be read.
+  for (size_t size = 0; size < good.size(); ++size) {
+    ASSERT_NE(r.OpenBytes(good.substr(0, size)), CompoundResult::kOk) << size;
   }
   EXPECT_EQ(r.OpenBytes(good + "tail"), CompoundResult::kOk) << r.error_detail();
 }
