@@ -322,8 +322,9 @@ CompoundResult CompoundWriter::Write(CompoundStream stream, const void* data,
 CompoundResult CompoundWriter::Commit() {
   if (sink_ == nullptr) return CompoundResult::kNotOpen;
   CompoundResult result = WriteAll();
-  if (!sink_->Close() && result == CompoundResult::kOk)
+  if (!sink_->Close() && result == CompoundResult::kOk) {
     result = CompoundResult::kWriteFailed;
+  }
   sink_.reset();
   nodes_.clear();
   return result;
@@ -386,16 +387,20 @@ CompoundResult CompoundWriter::WriteAll() {
   }
 
   // Sector plan: directory, mini FAT, mini stream, large streams, FAT, DIFAT.
+  auto in_mini_stream = [](const Node& node) {
+    return !node.storage && !node.data.empty() && node.data.size() < kMiniStreamCutoff;
+  };
+  auto large = [](const Node& node) {
+    return !node.storage && node.data.size() >= kMiniStreamCutoff;
+  };
   uint64_t mini_sectors = 0;
   uint64_t large_sectors = 0;
   for (Node& node : nodes_) {
-    const uint64_t size = node.data.size();
-    if (node.storage || size == 0) continue;
-    if (size < kMiniStreamCutoff) {
+    if (in_mini_stream(node)) {
       node.start = static_cast<uint32_t>(mini_sectors);
-      mini_sectors += CeilDiv(size, kMiniSectorSize);
-    } else {
-      large_sectors += CeilDiv(size, kSectorSize);
+      mini_sectors += CeilDiv(node.data.size(), kMiniSectorSize);
+    } else if (large(node)) {
+      large_sectors += CeilDiv(node.data.size(), kSectorSize);
     }
   }
   const uint64_t dir_sectors = CeilDiv(count, kEntriesPerSector);
@@ -422,7 +427,7 @@ CompoundResult CompoundWriter::WriteAll() {
       static_cast<uint32_t>(mini_fat_start + mini_fat_sectors);
   uint32_t next = static_cast<uint32_t>(mini_stream_start + mini_stream_sectors);
   for (Node& node : nodes_) {
-    if (!node.storage && node.data.size() >= kMiniStreamCutoff) {
+    if (large(node)) {
       node.start = next;
       next += static_cast<uint32_t>(CeilDiv(node.data.size(), kSectorSize));
     }
@@ -441,9 +446,7 @@ CompoundResult CompoundWriter::WriteAll() {
   chain(mini_fat_start, mini_fat_sectors);
   chain(mini_stream_start, mini_stream_sectors);
   for (const Node& node : nodes_) {
-    if (!node.storage && node.data.size() >= kMiniStreamCutoff) {
-      chain(node.start, CeilDiv(node.data.size(), kSectorSize));
-    }
+    if (large(node)) chain(node.start, CeilDiv(node.data.size(), kSectorSize));
   }
   for (uint64_t i = 0; i < fat_sectors; ++i) fat[fat_start + i] = kFatSect;
   for (uint64_t i = 0; i < difat_sectors; ++i) fat[difat_start + i] = kDifSect;
@@ -506,18 +509,17 @@ CompoundResult CompoundWriter::WriteAll() {
 
   // Mini FAT, then the mini stream.
   for (const Node& node : nodes_) {
-    if (node.storage || node.data.empty() || node.data.size() >= kMiniStreamCutoff)
-      continue;
+    if (!in_mini_stream(node)) continue;
     const uint64_t length = CeilDiv(node.data.size(), kMiniSectorSize);
     for (uint64_t i = 0; i < length; ++i) {
       out.Put32(i + 1 < length ? static_cast<uint32_t>(node.start + i + 1) : kEndOfChain);
     }
   }
-  for (uint64_t i = mini_sectors; i < mini_fat_sectors * kIdsPerSector; ++i)
+  for (uint64_t i = mini_sectors; i < mini_fat_sectors * kIdsPerSector; ++i) {
     out.Put32(kFreeSect);
+  }
   for (const Node& node : nodes_) {
-    if (node.storage || node.data.empty() || node.data.size() >= kMiniStreamCutoff)
-      continue;
+    if (!in_mini_stream(node)) continue;
     out.Put(node.data.data(), node.data.size());
     out.PadTo(kMiniSectorSize);
   }
@@ -525,7 +527,7 @@ CompoundResult CompoundWriter::WriteAll() {
 
   // Large streams, FAT, DIFAT.
   for (const Node& node : nodes_) {
-    if (node.storage || node.data.size() < kMiniStreamCutoff) continue;
+    if (!large(node)) continue;
     out.Put(node.data.data(), node.data.size());
     out.PadTo(kSectorSize);
   }
@@ -567,14 +569,17 @@ class CompoundReader::Checker {
   CompoundResult Run() {
     if (bytes_.size() < kHeaderSize) return Refuse(false, "shorter than a header");
     const char* h = bytes_.data();
-    if (std::memcmp(h, kSignature, sizeof kSignature) != 0)
+    if (std::memcmp(h, kSignature, sizeof kSignature) != 0) {
       return Refuse(false, "no signature");
+    }
     if (Get16(h + 0x1A) != 3) return Refuse(false, "not version 3");
     if (Get16(h + 0x1C) != 0xFFFE) return Refuse(false, "bad byte order mark");
-    if (Get16(h + 0x1E) != 9 || Get16(h + 0x20) != 6)
+    if (Get16(h + 0x1E) != 9 || Get16(h + 0x20) != 6) {
       return Refuse(false, "bad sector sizes");
-    if (Get32(h + 0x38) != kMiniStreamCutoff)
+    }
+    if (Get32(h + 0x38) != kMiniStreamCutoff) {
       return Refuse(false, "bad mini stream cutoff");
+    }
 
     // Only whole sectors count; a partial last sector cannot be addressed.
     const uint64_t whole = (bytes_.size() - kHeaderSize) / kSectorSize;
@@ -608,16 +613,18 @@ class CompoundReader::Checker {
   // Takes sector s for one chain or table (`id`: the stream's directory entry).
   bool Claim(uint32_t s, const char* what, uint32_t id = kNoStream) {
     if (s >= sectors_) return Fail(Name(what, id) + ": sector index out of range");
-    if (used_[s])
+    if (used_[s]) {
       return Fail(Name(what, id) + ": sector used twice (loop or shared sector)");
+    }
     used_[s] = true;
     return true;
   }
 
   bool ReadFat(const char* h) {
     const uint32_t fat_count = Get32(h + 0x2C);
-    if (fat_count == 0 || fat_count > sectors_)
+    if (fat_count == 0 || fat_count > sectors_) {
       return Fail("FAT sector count out of range");
+    }
     std::vector<uint32_t> fat_sectors;
     for (uint32_t i = 0; i < fat_count && i < kHeaderDifatEntries; ++i) {
       fat_sectors.push_back(Get32(h + 0x4C + 4 * i));
@@ -665,8 +672,9 @@ class CompoundReader::Checker {
     if (count > 0 && !Chain(Get32(h + 0x3C), count, "mini FAT", &sectors)) return false;
     r_->mini_fat_.reserve(uint64_t{count} * kIdsPerSector);
     for (uint32_t s : sectors) {
-      for (uint32_t k = 0; k < kIdsPerSector; ++k)
+      for (uint32_t k = 0; k < kIdsPerSector; ++k) {
         r_->mini_fat_.push_back(Get32(Sector(s) + 4 * k));
+      }
     }
     return true;
   }
@@ -722,15 +730,18 @@ class CompoundReader::Checker {
     }
     uint32_t s = e.start;
     for (uint64_t n = CeilDiv(e.size, kMiniSectorSize); n > 0; --n) {
-      if (s >= mini_sectors_)
+      if (s >= mini_sectors_) {
         return Fail(Name("stream", id) + ": mini sector index out of range");
-      if (mini_used_[s])
+      }
+      if (mini_used_[s]) {
         return Fail(Name("stream", id) + ": mini sector used twice (loop or shared)");
+      }
       mini_used_[s] = true;
       s = r_->mini_fat_[s];
     }
-    if (s != kEndOfChain)
+    if (s != kEndOfChain) {
       return Fail(Name("stream", id) + ": mini chain longer than its size");
+    }
     return true;
   }
 
@@ -750,8 +761,9 @@ class CompoundReader::Checker {
         while (cur != kNoStream) {
           if (cur >= entries.size()) return Fail("directory link out of range");
           Entry& e = entries[cur];
-          if (e.reached)
+          if (e.reached) {
             return Fail("directory entry " + std::to_string(cur) + " reached twice");
+          }
           if (e.type != kTypeStorage && e.type != kTypeStream) {
             return Fail("directory entry " + std::to_string(cur) + ": bad type");
           }
