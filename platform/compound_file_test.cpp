@@ -357,6 +357,38 @@ TEST(CompoundFileTest, ManyChildrenFormValidRedBlackTreesInContainerOrder) {
   }
 }
 
+TEST(CompoundFileTest, ReadsADegenerateTreeWithoutRecursion) {
+  // Another writer may link a storage's children as one long chain; the
+  // reader needs order, not balance, and must not recurse 50,000 deep.
+  const int count = 50'000;
+  std::string bytes = Build([&](CompoundWriter& w) {
+    for (int i = 0; i < count; ++i) AddStream(w, w.root(), "R" + std::to_string(i), "");
+  });
+  const std::vector<RawEntry> dir = RawDirectory(bytes);
+  std::vector<uint32_t> sorted;
+  for (uint32_t id = 1; id <= count; ++id) sorted.push_back(id);
+  std::sort(sorted.begin(), sorted.end(), [&dir](uint32_t a, uint32_t b) {
+    return CompareCompoundNames(dir[a].name, dir[b].name) < 0;
+  });
+  Put32(bytes, dir[0].offset + 0x4C, sorted.back());
+  for (size_t i = 0; i < sorted.size();
+       ++i) {  // each node's left child is the one before
+    Put32(bytes, dir[sorted[i]].offset + 0x44, i > 0 ? sorted[i - 1] : kNone);
+    Put32(bytes, dir[sorted[i]].offset + 0x48, kNone);
+  }
+  CompoundReader r;
+  ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk) << r.error_detail();
+  CompoundEnumerator it = r.EnumElements(r.root());
+  CompoundElement e;
+  for (uint32_t id : sorted) {
+    ASSERT_TRUE(it.Next(&e));
+    ASSERT_EQ(e.name, dir[id].name);
+  }
+  EXPECT_FALSE(it.Next(&e));
+  CompoundStream s;
+  EXPECT_EQ(r.OpenStream(r.root(), u"r49999", &s), CompoundResult::kOk);
+}
+
 TEST(CompoundFileTest, LargeFileUsesDifatSectorsAndRefusesALoopInThem) {
   // 7.5 MB needs 116 FAT sectors: 109 in the header, 7 in one DIFAT sector.
   const std::string big = Pattern(7'500'000, 3);
