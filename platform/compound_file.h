@@ -24,8 +24,7 @@ enum class CompoundResult {
   kOk = 0,
   kFileError,        // the file could not be created, opened or read
   kWriteFailed,      // writing the file failed (disk full); the partial file stays
-  kNotCompoundFile,  // no compound file signature, or a version or sector size we do not
-                     // read
+  kNotCompoundFile,  // no signature, or a version or sector size we do not read
   kCorrupt,          // the structure is damaged; nothing of the file is trusted
   kNotFound,         // no element of that name in the storage
   kWrongType,        // the name belongs to a stream where a storage was asked, or back
@@ -131,7 +130,8 @@ class CompoundWriter {
 
 class CompoundReader;
 
-// Steps through a storage's elements in the container's order.
+// Steps through a storage's elements in the container's order. Use it only
+// while its reader holds the file it came from (not after another Open).
 class CompoundEnumerator {
  public:
   // The next element; false after the last.
