@@ -1,0 +1,705 @@
+#include "platform/compound_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <random>
+
+#include "platform/text.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+using testing::TempDir;
+
+constexpr uint32_t kEnd = 0xFFFFFFFE;
+constexpr uint32_t kNone = 0xFFFFFFFF;
+
+// Keeps written bytes in memory; refuses every write past `limit` bytes.
+class MemorySink : public CompoundSink {
+ public:
+  MemorySink(std::string* out, size_t limit, bool close_ok)
+      : out_(out), limit_(limit), close_ok_(close_ok) {}
+  bool Write(const char* data, size_t size) override {
+    const size_t room = limit_ - std::min(limit_, out_->size());
+    out_->append(data, std::min(size, room));
+    return size <= room;
+  }
+  bool Close() override { return close_ok_; }
+
+ private:
+  std::string* out_;
+  size_t limit_;
+  bool close_ok_;
+};
+
+std::u16string U(const std::string& ascii) { return WidenAscii(ascii); }
+
+std::string Pattern(size_t size, unsigned seed) {
+  std::string bytes(size, '\0');
+  for (size_t i = 0; i < size; ++i)
+    bytes[i] = static_cast<char>((i * 131 + seed * 7 + i / 251) & 0xFF);
+  return bytes;
+}
+
+// Writes into memory whatever `fill` adds; fails the test on any error.
+std::string Build(const std::function<void(CompoundWriter&)>& fill) {
+  std::string bytes;
+  CompoundWriter writer;
+  EXPECT_EQ(writer.Create(std::make_unique<MemorySink>(&bytes, SIZE_MAX, true)),
+            CompoundResult::kOk);
+  fill(writer);
+  EXPECT_EQ(writer.Commit(), CompoundResult::kOk);
+  return bytes;
+}
+
+void AddStream(CompoundWriter& w, CompoundStorage parent, const std::string& name,
+               const std::string& data) {
+  CompoundStream stream;
+  ASSERT_EQ(w.CreateStream(parent, U(name), &stream), CompoundResult::kOk) << name;
+  // Two writes, to check that they append.
+  ASSERT_EQ(w.Write(stream, data.data(), data.size() / 3), CompoundResult::kOk);
+  ASSERT_EQ(w.Write(stream, data.data() + data.size() / 3, data.size() - data.size() / 3),
+            CompoundResult::kOk);
+}
+
+CompoundStorage AddStorage(CompoundWriter& w, CompoundStorage parent,
+                           const std::string& name) {
+  CompoundStorage storage;
+  EXPECT_EQ(w.CreateStorage(parent, U(name), &storage), CompoundResult::kOk) << name;
+  return storage;
+}
+
+uint32_t Crc32(const std::string& bytes) {
+  uint32_t crc = 0xFFFFFFFF;
+  for (char c : bytes) {
+    crc ^= static_cast<unsigned char>(c);
+    for (int k = 0; k < 8; ++k) crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1)));
+  }
+  return ~crc;
+}
+
+// Lists a storage's tree as "path size crc" lines in enumeration order,
+// reading every stream.
+void Dump(const CompoundReader& r, CompoundStorage storage, const std::string& prefix,
+          std::string* out) {
+  CompoundEnumerator it = r.EnumElements(storage);
+  CompoundElement e;
+  while (it.Next(&e)) {
+    const std::string path = prefix + ToUtf8(e.name);
+    if (e.type == CompoundElementType::kStorage) {
+      *out += path + "/\n";
+      CompoundStorage child;
+      ASSERT_EQ(r.OpenStorage(storage, e.name, &child), CompoundResult::kOk) << path;
+      Dump(r, child, path + "/", out);
+    } else {
+      CompoundStream stream;
+      ASSERT_EQ(r.OpenStream(storage, e.name, &stream), CompoundResult::kOk) << path;
+      std::string bytes;
+      ASSERT_EQ(r.ReadStream(stream, &bytes), CompoundResult::kOk) << path;
+      ASSERT_EQ(bytes.size(), e.size) << path;
+      *out +=
+          path + " " + std::to_string(e.size) + " " + std::to_string(Crc32(bytes)) + "\n";
+    }
+  }
+}
+
+// The raw structures of a file, parsed independently of CompoundReader
+// (files of at most 109 FAT sectors).
+uint32_t Get32(const std::string& b, size_t at) {
+  uint32_t v = 0;
+  for (int i = 3; i >= 0; --i) v = v << 8 | static_cast<unsigned char>(b.at(at + i));
+  return v;
+}
+void Put32(std::string& b, size_t at, uint32_t v) {
+  for (int i = 0; i < 4; ++i) b.at(at + i) = static_cast<char>(v >> (8 * i));
+}
+size_t SectorOffset(uint32_t s) { return 512 + size_t{s} * 512; }
+size_t FatEntry(const std::string& b, uint32_t s) {
+  return SectorOffset(Get32(b, 0x4C + 4 * (s / 128))) + 4 * (s % 128);
+}
+std::vector<uint32_t> RawChain(const std::string& b, uint32_t s) {
+  std::vector<uint32_t> chain;
+  for (; s != kEnd && chain.size() < 100000; s = Get32(b, FatEntry(b, s)))
+    chain.push_back(s);
+  return chain;
+}
+size_t MiniFatEntry(const std::string& b, uint32_t m) {
+  return SectorOffset(RawChain(b, Get32(b, 0x3C)).at(m / 128)) + 4 * (m % 128);
+}
+
+struct RawEntry {
+  std::u16string name;
+  uint8_t type, color;
+  uint32_t left, right, child, start, size;
+  size_t offset;  // of the entry in the file
+};
+
+std::vector<RawEntry> RawDirectory(const std::string& b) {
+  std::vector<RawEntry> entries;
+  for (uint32_t s : RawChain(b, Get32(b, 0x30))) {
+    for (size_t at = SectorOffset(s); at < SectorOffset(s) + 512; at += 128) {
+      RawEntry e{};
+      const size_t units = (b.at(at + 0x40) & 0xFF) / 2;
+      for (size_t k = 0; k + 1 < units; ++k)
+        e.name.push_back(static_cast<char16_t>(Get32(b, at + 2 * k) & 0xFFFF));
+      e.type = static_cast<uint8_t>(b.at(at + 0x42));
+      e.color = static_cast<uint8_t>(b.at(at + 0x43));
+      e.left = Get32(b, at + 0x44);
+      e.right = Get32(b, at + 0x48);
+      e.child = Get32(b, at + 0x4C);
+      e.start = Get32(b, at + 0x74);
+      e.size = Get32(b, at + 0x78);
+      e.offset = at;
+      entries.push_back(e);
+    }
+  }
+  return entries;
+}
+
+const RawEntry& Named(const std::vector<RawEntry>& dir, const std::string& name) {
+  for (const RawEntry& e : dir) {
+    if (e.name == U(name) && e.type != 0) return e;
+  }
+  ADD_FAILURE() << "no entry " << name;
+  return dir.at(0);
+}
+
+// Checks the red-black rules below `id` and appends the names in order.
+// Returns the black height, or -1 after recording a fault in *why.
+int CheckRedBlack(const std::vector<RawEntry>& dir, uint32_t id, bool parent_red,
+                  std::vector<std::u16string>* order, std::string* why) {
+  if (id == kNone) return 1;
+  const RawEntry& e = dir.at(id);
+  const bool red = e.color == 0;
+  if (red && parent_red) *why = "red child of a red node: " + ToUtf8(e.name);
+  const int left = CheckRedBlack(dir, e.left, red, order, why);
+  order->push_back(e.name);
+  const int right = CheckRedBlack(dir, e.right, red, order, why);
+  if (left != right) *why = "unequal black heights below " + ToUtf8(e.name);
+  return why->empty() ? left + (red ? 0 : 1) : -1;
+}
+
+TEST(CompoundFileTest, NamesCompareShorterFirstThenWithoutCase) {
+  EXPECT_LT(CompareCompoundNames(u"Z", u"aa"), 0);
+  EXPECT_LT(CompareCompoundNames(u"Record9", u"Record10"), 0);
+  EXPECT_EQ(CompareCompoundNames(u"Name", u"nAME"), 0);
+  EXPECT_LT(CompareCompoundNames(u"a", u"B"), 0);
+  EXPECT_GT(CompareCompoundNames(u"_", u"a"),
+            0);  // 'a' counts as 'A', which is below '_'
+  EXPECT_LT(CompareCompoundNames(u"_", u"\u00e0"), 0);
+  EXPECT_EQ(CompareCompoundNames(u"\u00e4", u"\u00c4"), 0);
+}
+
+TEST(CompoundFileTest, RoundTripsStreamsAroundTheMiniStreamCutoff) {
+  const size_t sizes[] = {0, 1, 63, 64, 65, 511, 512, 513, 4095, 4096, 4097, 9000};
+  const std::string bytes = Build([&](CompoundWriter& w) {
+    for (size_t size : sizes)
+      AddStream(w, w.root(), "S" + std::to_string(size), Pattern(size, size));
+    CompoundStorage deep =
+        AddStorage(w, AddStorage(w, AddStorage(w, w.root(), "A"), "B"), "C");
+    AddStream(w, deep, "Deep", Pattern(4100, 1));
+    AddStorage(w, deep, "Empty");
+  });
+  CompoundReader r;
+  ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk) << r.error_detail();
+  for (size_t size : sizes) {
+    CompoundStream s;
+    ASSERT_EQ(r.OpenStream(r.root(), U("s" + std::to_string(size)), &s),
+              CompoundResult::kOk)
+        << size;
+    std::string data = "stale";
+    ASSERT_EQ(r.ReadStream(s, &data), CompoundResult::kOk) << size;
+    EXPECT_EQ(data, Pattern(size, size)) << size;
+    EXPECT_EQ(r.StreamSize(s), size);
+  }
+  std::string dump;
+  Dump(r, r.root(), "", &dump);
+  ASSERT_NE(dump.find("A/B/C/Empty/\n"), std::string::npos) << dump;
+  EXPECT_LT(dump.find("A/B/C/Deep 4100 "), dump.find("A/B/C/Empty/\n")) << dump;
+  // Shorter names first: "A" (1) before "S0" (2) before "S4095" (5).
+  EXPECT_EQ(dump.substr(0, 3), "A/\n") << dump;
+  EXPECT_LT(dump.find("S513 "), dump.find("S4095 "));
+  EXPECT_LT(dump.find("S4097 "), dump.find("S9000 "));
+}
+
+TEST(CompoundFileTest, EmptyFileHasRootDirectoryAndFatOnly) {
+  const std::string bytes = Build([](CompoundWriter&) {});
+  ASSERT_EQ(bytes.size(), 3u * 512);
+  EXPECT_EQ(bytes.substr(0, 8), "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
+  EXPECT_EQ(Get32(bytes, 0x18), 0x0003003Eu);  // minor 0x3E, major 3
+  EXPECT_EQ(Get32(bytes, 0x1C), 0x0009FFFEu);  // byte order, sector shift 9
+  EXPECT_EQ(Get32(bytes, 0x2C), 1u);           // one FAT sector
+  EXPECT_EQ(Get32(bytes, 0x38), 4096u);
+  EXPECT_EQ(Get32(bytes, 0x3C), kEnd);  // no mini FAT
+  EXPECT_EQ(Get32(bytes, 0x44), kEnd);  // no DIFAT
+  EXPECT_EQ(Get32(bytes, 0x4C), 1u);    // the FAT is sector 1
+  EXPECT_EQ(Get32(bytes, 0x50), kNone);
+  const std::vector<RawEntry> dir = RawDirectory(bytes);
+  ASSERT_EQ(dir.size(), 4u);
+  EXPECT_EQ(dir[0].name, u"Root Entry");
+  EXPECT_EQ(dir[0].type, 5);
+  EXPECT_EQ(dir[0].child, kNone);
+  EXPECT_EQ(dir[1].type, 0);
+  EXPECT_EQ(dir[1].left, kNone);
+  EXPECT_EQ(Get32(bytes, SectorOffset(1)), kEnd);             // directory chain
+  EXPECT_EQ(Get32(bytes, SectorOffset(1) + 4), 0xFFFFFFFDu);  // the FAT itself
+  CompoundReader r;
+  ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk) << r.error_detail();
+  CompoundElement e;
+  EXPECT_FALSE(r.EnumElements(r.root()).Next(&e));
+}
+
+TEST(CompoundFileTest, FindsByNameWithoutCaseAndChecksTypes) {
+  const std::string bytes = Build([](CompoundWriter& w) {
+    for (const char* name : {"b", "A", "aa", "Record10", "Record2", "Z"})
+      AddStream(w, w.root(), name, "x");
+    AddStorage(w, w.root(), "Clients");
+  });
+  CompoundReader r;
+  ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk);
+  std::string names;
+  CompoundEnumerator it = r.EnumElements(r.root());
+  for (CompoundElement e; it.Next(&e);) names += ToUtf8(e.name) + ",";
+  EXPECT_EQ(names, "A,b,Z,aa,Clients,Record2,Record10,");
+  CompoundStream s;
+  CompoundStorage st;
+  EXPECT_EQ(r.OpenStream(r.root(), u"RECORD2", &s), CompoundResult::kOk);
+  EXPECT_EQ(r.OpenStream(r.root(), u"Record3", &s), CompoundResult::kNotFound);
+  EXPECT_EQ(r.OpenStream(r.root(), u"clients", &s), CompoundResult::kWrongType);
+  EXPECT_EQ(r.OpenStorage(r.root(), u"aa", &st), CompoundResult::kWrongType);
+  EXPECT_EQ(r.OpenStorage(r.root(), u"CLIENTS", &st), CompoundResult::kOk);
+  EXPECT_EQ(r.OpenStorage(CompoundStorage{s.id}, u"x", &st),
+            CompoundResult::kInvalidHandle);
+  EXPECT_EQ(r.OpenStorage(CompoundStorage{99999}, u"x", &st),
+            CompoundResult::kInvalidHandle);
+  EXPECT_EQ(r.ReadStream(CompoundStream{st.id}, &names), CompoundResult::kInvalidHandle);
+}
+
+TEST(CompoundFileTest, WriterRefusesBadNamesDuplicatesAndHandles) {
+  std::string bytes;
+  CompoundWriter w;
+  CompoundStream s;
+  CompoundStorage st;
+  EXPECT_EQ(w.CreateStream(w.root(), u"a", &s), CompoundResult::kNotOpen);
+  ASSERT_EQ(w.Create(std::make_unique<MemorySink>(&bytes, SIZE_MAX, true)),
+            CompoundResult::kOk);
+  const std::u16string name31(31, u'n');
+  struct Case {
+    std::u16string name;
+    CompoundResult expected;
+  } cases[] = {
+      {name31, CompoundResult::kOk},
+      {name31 + u"n", CompoundResult::kInvalidName},
+      {u"", CompoundResult::kInvalidName},
+      {u"a/b", CompoundResult::kInvalidName},
+      {u"a!", CompoundResult::kInvalidName},
+      {u"Name", CompoundResult::kOk},
+      {u"NAME", CompoundResult::kNameExists},
+      {u"name", CompoundResult::kNameExists},
+      {u"\u00e4", CompoundResult::kOk},
+      {u"\u00c4", CompoundResult::kNameExists},
+      {std::u16string(31, u'N'), CompoundResult::kNameExists},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(w.CreateStream(w.root(), c.name, &s), c.expected) << ToUtf8(c.name);
+  }
+  EXPECT_EQ(w.CreateStorage(w.root(), u"name", &st), CompoundResult::kNameExists);
+  ASSERT_EQ(w.CreateStorage(w.root(), u"Sub", &st), CompoundResult::kOk);
+  EXPECT_EQ(w.CreateStream(st, u"Name", &s), CompoundResult::kOk);  // another storage
+  EXPECT_EQ(w.CreateStream(CompoundStorage{s.id}, u"x", &s),
+            CompoundResult::kInvalidHandle);
+  EXPECT_EQ(w.Write(CompoundStream{st.id}, "x", 1), CompoundResult::kInvalidHandle);
+  EXPECT_EQ(w.Write(CompoundStream{12345}, "x", 1), CompoundResult::kInvalidHandle);
+  ASSERT_EQ(w.Commit(), CompoundResult::kOk);
+  EXPECT_EQ(w.Write(s, "x", 1), CompoundResult::kNotOpen);
+  EXPECT_EQ(w.Commit(), CompoundResult::kNotOpen);
+
+  CompoundReader r;
+  ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk) << r.error_detail();
+  EXPECT_EQ(r.OpenStream(r.root(), name31, &s), CompoundResult::kOk);
+  EXPECT_EQ(r.OpenStream(r.root(), u"\u00c4", &s), CompoundResult::kOk);
+}
+
+TEST(CompoundFileTest, ManyChildrenFormValidRedBlackTreesInContainerOrder) {
+  for (int count : {1, 2, 3, 4, 5, 6, 7, 8, 9, 15, 16, 17, 31, 100, 1000, 1500}) {
+    const std::string bytes = Build([&](CompoundWriter& w) {
+      CompoundStorage records = AddStorage(w, w.root(), "Records");
+      for (int i = count - 1; i >= 0; --i)
+        AddStream(w, records, "Record" + std::to_string(i), "r");
+    });
+    const std::vector<RawEntry> dir = RawDirectory(bytes);
+    const RawEntry& records = Named(dir, "Records");
+    std::vector<std::u16string> order;
+    std::string why;
+    EXPECT_EQ(dir.at(records.child).color, 1) << count << ": the tree's root is black";
+    EXPECT_GT(CheckRedBlack(dir, records.child, false, &order, &why), 0)
+        << count << ": " << why;
+    ASSERT_EQ(order.size(), static_cast<size_t>(count));
+    for (size_t i = 1; i < order.size(); ++i) {
+      ASSERT_LT(CompareCompoundNames(order[i - 1], order[i]), 0) << count << " at " << i;
+    }
+    // The reader gives the same order.
+    CompoundReader r;
+    ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk) << r.error_detail();
+    CompoundStorage st;
+    ASSERT_EQ(r.OpenStorage(r.root(), u"Records", &st), CompoundResult::kOk);
+    CompoundEnumerator it = r.EnumElements(st);
+    CompoundElement e;
+    for (const std::u16string& name : order) {
+      ASSERT_TRUE(it.Next(&e));
+      EXPECT_EQ(e.name, name);
+    }
+    EXPECT_FALSE(it.Next(&e));
+  }
+}
+
+TEST(CompoundFileTest, ReadsADegenerateTreeWithoutRecursion) {
+  // Another writer may link a storage's children as one long chain; the
+  // reader needs order, not balance, and must not recurse 50,000 deep.
+  const int count = 50'000;
+  std::string bytes = Build([&](CompoundWriter& w) {
+    for (int i = 0; i < count; ++i) AddStream(w, w.root(), "R" + std::to_string(i), "");
+  });
+  const std::vector<RawEntry> dir = RawDirectory(bytes);
+  std::vector<uint32_t> sorted;
+  for (uint32_t id = 1; id <= count; ++id) sorted.push_back(id);
+  std::sort(sorted.begin(), sorted.end(), [&dir](uint32_t a, uint32_t b) {
+    return CompareCompoundNames(dir[a].name, dir[b].name) < 0;
+  });
+  Put32(bytes, dir[0].offset + 0x4C, sorted.back());
+  for (size_t i = 0; i < sorted.size();
+       ++i) {  // each node's left child is the one before
+    Put32(bytes, dir[sorted[i]].offset + 0x44, i > 0 ? sorted[i - 1] : kNone);
+    Put32(bytes, dir[sorted[i]].offset + 0x48, kNone);
+  }
+  CompoundReader r;
+  ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk) << r.error_detail();
+  CompoundEnumerator it = r.EnumElements(r.root());
+  CompoundElement e;
+  for (uint32_t id : sorted) {
+    ASSERT_TRUE(it.Next(&e));
+    ASSERT_EQ(e.name, dir[id].name);
+  }
+  EXPECT_FALSE(it.Next(&e));
+  CompoundStream s;
+  EXPECT_EQ(r.OpenStream(r.root(), u"r49999", &s), CompoundResult::kOk);
+}
+
+TEST(CompoundFileTest, LargeFileUsesDifatSectorsAndRefusesALoopInThem) {
+  // 7.5 MB needs 116 FAT sectors: 109 in the header, 7 in one DIFAT sector.
+  const std::string big = Pattern(7'500'000, 3);
+  std::string bytes =
+      Build([&](CompoundWriter& w) { AddStream(w, w.root(), "Big", big); });
+  EXPECT_EQ(Get32(bytes, 0x2C), 116u);
+  EXPECT_EQ(Get32(bytes, 0x48), 1u);
+  CompoundReader r;
+  ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk) << r.error_detail();
+  CompoundStream s;
+  std::string data;
+  ASSERT_EQ(r.OpenStream(r.root(), u"Big", &s), CompoundResult::kOk);
+  ASSERT_EQ(r.ReadStream(s, &data), CompoundResult::kOk);
+  EXPECT_TRUE(data == big);
+
+  // Claim more FAT sectors, so that the DIFAT chain must go on, and link the
+  // DIFAT sector to itself.
+  const uint32_t difat = Get32(bytes, 0x44);
+  Put32(bytes, 0x2C, 116 + 127);
+  Put32(bytes, SectorOffset(difat) + 127 * 4, difat);
+  EXPECT_EQ(r.OpenBytes(bytes), CompoundResult::kCorrupt);
+  EXPECT_NE(r.error_detail().find("DIFAT"), std::string::npos) << r.error_detail();
+}
+
+// A small file with every kind of chain: mini streams, a large stream, a
+// nested storage.
+std::string SampleFile() {
+  return Build([](CompoundWriter& w) {
+    AddStream(w, w.root(), "Small", Pattern(100, 1));
+    AddStream(w, w.root(), "Big", Pattern(5000, 2));
+    AddStream(w, AddStorage(w, w.root(), "Sub"), "Inner", Pattern(300, 3));
+  });
+}
+
+TEST(CompoundFileTest, RefusesDamagedFiles) {
+  const std::string good = SampleFile();
+  const std::vector<RawEntry> dir = RawDirectory(good);
+  const RawEntry& root = dir[0];
+  const RawEntry& small = Named(dir, "Small");
+  const RawEntry& big = Named(dir, "Big");
+  const RawEntry& sub = Named(dir, "Sub");
+  const RawEntry& inner = Named(dir, "Inner");
+  const std::vector<uint32_t> big_chain = RawChain(good, big.start);
+  ASSERT_EQ(big_chain.size(), 10u);
+  const uint32_t root_child = root.child;
+
+  using Mutation = std::function<void(std::string&)>;
+  struct Case {
+    const char* what;
+    Mutation mutate;
+    CompoundResult expected;
+  } cases[] = {
+      {"signature", [](std::string& b) { b[0] = 'x'; }, CompoundResult::kNotCompoundFile},
+      {"version 4", [](std::string& b) { b[0x1A] = 4; },
+       CompoundResult::kNotCompoundFile},
+      {"sector shift", [](std::string& b) { b[0x1E] = 12; },
+       CompoundResult::kNotCompoundFile},
+      {"no FAT", [](std::string& b) { Put32(b, 0x2C, 0); }, CompoundResult::kCorrupt},
+      {"FAT count beyond file", [](std::string& b) { Put32(b, 0x2C, 1000); },
+       CompoundResult::kCorrupt},
+      {"FAT sector out of range", [](std::string& b) { Put32(b, 0x4C, 5000); },
+       CompoundResult::kCorrupt},
+      {"FAT sector is directory", [](std::string& b) { Put32(b, 0x4C, 0); },
+       CompoundResult::kCorrupt},
+      {"no directory", [](std::string& b) { Put32(b, 0x30, kEnd); },
+       CompoundResult::kCorrupt},
+      {"directory out of range", [](std::string& b) { Put32(b, 0x30, 0x00FFFFFF); },
+       CompoundResult::kCorrupt},
+      {"mini FAT count", [](std::string& b) { Put32(b, 0x40, 7); },
+       CompoundResult::kCorrupt},
+      {"free sector in chain",
+       [&](std::string& b) { Put32(b, FatEntry(b, big_chain[0]), kNone); },
+       CompoundResult::kCorrupt},
+      {"chain ends early",
+       [&](std::string& b) { Put32(b, FatEntry(b, big_chain[4]), kEnd); },
+       CompoundResult::kCorrupt},
+      {"sector loops to itself",
+       [&](std::string& b) { Put32(b, FatEntry(b, big_chain[0]), big_chain[0]); },
+       CompoundResult::kCorrupt},
+      {"chain loops back",
+       [&](std::string& b) { Put32(b, FatEntry(b, big_chain[9]), big_chain[2]); },
+       CompoundResult::kCorrupt},
+      {"chain goes into the directory",
+       [&](std::string& b) { Put32(b, FatEntry(b, big_chain[9]), 0); },
+       CompoundResult::kCorrupt},
+      {"stream start out of range",
+       [&](std::string& b) { Put32(b, big.offset + 0x74, 0x00FFFFFF); },
+       CompoundResult::kCorrupt},
+      {"stream start in directory",
+       [&](std::string& b) { Put32(b, big.offset + 0x74, 0); }, CompoundResult::kCorrupt},
+      {"size beyond chain", [&](std::string& b) { Put32(b, big.offset + 0x78, 5200); },
+       CompoundResult::kCorrupt},
+      {"size short of chain", [&](std::string& b) { Put32(b, big.offset + 0x78, 4500); },
+       CompoundResult::kCorrupt},
+      {"mini sector loops",
+       [&](std::string& b) { Put32(b, MiniFatEntry(b, small.start), small.start); },
+       CompoundResult::kCorrupt},
+      {"mini sector out of range",
+       [&](std::string& b) { Put32(b, MiniFatEntry(b, small.start), 4000); },
+       CompoundResult::kCorrupt},
+      {"mini chains shared",
+       [&](std::string& b) { Put32(b, inner.offset + 0x74, small.start); },
+       CompoundResult::kCorrupt},
+      {"mini size beyond chain",
+       [&](std::string& b) { Put32(b, small.offset + 0x78, 200); },
+       CompoundResult::kCorrupt},
+      {"no mini stream", [&](std::string& b) { Put32(b, root.offset + 0x78, 0); },
+       CompoundResult::kCorrupt},
+      {"root is not first", [&](std::string& b) { b[root.offset + 0x42] = 1; },
+       CompoundResult::kCorrupt},
+      {"child link back to root", [&](std::string& b) { Put32(b, sub.offset + 0x4C, 0); },
+       CompoundResult::kCorrupt},
+      {"tree loops",
+       [&](std::string& b) { Put32(b, dir.at(root_child).offset + 0x44, root_child); },
+       CompoundResult::kCorrupt},
+      {"link out of range", [&](std::string& b) { Put32(b, sub.offset + 0x4C, 1000); },
+       CompoundResult::kCorrupt},
+      {"unused entry in tree", [&](std::string& b) { Put32(b, sub.offset + 0x4C, 7); },
+       CompoundResult::kCorrupt},
+      {"entry of unknown type", [&](std::string& b) { b[inner.offset + 0x42] = 0; },
+       CompoundResult::kCorrupt},
+      {"name too long", [&](std::string& b) { b[inner.offset + 0x40] = 66; },
+       CompoundResult::kCorrupt},
+      {"name without end", [&](std::string& b) { b[inner.offset + 10] = 'x'; },
+       CompoundResult::kCorrupt},
+      {"names out of order", [&](std::string& b) { b[sub.offset] = 'A'; },
+       CompoundResult::kCorrupt},
+      {"duplicate name",
+       [&](std::string& b) {
+         for (int k = 0; k < 3; ++k) b[sub.offset + 2 * k] = "BIG"[k];
+       },
+       CompoundResult::kCorrupt},
+  };
+  CompoundReader r;
+  for (const Case& c : cases) {
+    std::string bytes = good;
+    c.mutate(bytes);
+    EXPECT_EQ(r.OpenBytes(bytes), c.expected) << c.what << ": " << r.error_detail();
+    EXPECT_FALSE(r.error_detail().empty()) << c.what;
+    CompoundStream s;
+    EXPECT_EQ(r.OpenStream(r.root(), u"Big", &s), CompoundResult::kNotOpen) << c.what;
+  }
+  EXPECT_EQ(r.OpenBytes(good), CompoundResult::kOk) << r.error_detail();
+  EXPECT_TRUE(r.error_detail().empty());
+}
+
+TEST(CompoundFileTest, RefusesEveryTruncationAndIgnoresTrailingBytes) {
+  const std::string good = SampleFile();
+  CompoundReader r;
+  // The FAT is the last sector, so no shorter file can be read.
+  for (size_t size = 0; size < good.size(); ++size) {
+    ASSERT_NE(r.OpenBytes(good.substr(0, size)), CompoundResult::kOk) << size;
+  }
+  EXPECT_EQ(r.OpenBytes(good + "tail"), CompoundResult::kOk) << r.error_detail();
+}
+
+TEST(CompoundFileTest, SurvivesRandomDamage) {
+  const std::string good = SampleFile();
+  std::mt19937 rng(20261121);
+  CompoundReader r;
+  int refused = 0;
+  for (int round = 0; round < 3000; ++round) {
+    std::string bytes = good;
+    for (int flips = 1 + round % 4; flips > 0; --flips) {
+      // Damage mostly the header, directory and FAT, where it matters.
+      const size_t at = rng() % (round % 2 ? good.size() : 1536);
+      bytes[at] = static_cast<char>(rng());
+    }
+    if (r.OpenBytes(bytes) != CompoundResult::kOk) {
+      ++refused;
+      continue;
+    }
+    std::string dump;
+    Dump(r, r.root(), "", &dump);  // reading what was accepted must work
+  }
+  EXPECT_GT(refused, 100);
+}
+
+TEST(CompoundFileTest, ReportsFailedWritesAndUnreadableFiles) {
+  const std::string good = SampleFile();
+  auto commit = [](std::unique_ptr<CompoundSink> sink) {
+    CompoundWriter w;
+    EXPECT_EQ(w.Create(std::move(sink)), CompoundResult::kOk);
+    AddStream(w, w.root(), "Small", Pattern(100, 1));
+    AddStream(w, w.root(), "Big", Pattern(5000, 2));
+    AddStream(w, AddStorage(w, w.root(), "Sub"), "Inner", Pattern(300, 3));
+    return w.Commit();
+  };
+  for (size_t limit :
+       {size_t{0}, size_t{1}, size_t{512}, size_t{4000}, good.size() - 1}) {
+    std::string written;
+    EXPECT_EQ(commit(std::make_unique<MemorySink>(&written, limit, true)),
+              CompoundResult::kWriteFailed)
+        << limit;
+    EXPECT_EQ(written, good.substr(0, limit)) << "the bytes before the failure stay";
+  }
+  std::string written;
+  EXPECT_EQ(commit(std::make_unique<MemorySink>(&written, SIZE_MAX, false)),
+            CompoundResult::kWriteFailed);
+
+  CompoundWriter w;
+  TempDir dir;
+  EXPECT_EQ(w.Create(dir.File("missing/x.qrd")), CompoundResult::kFileError);
+  EXPECT_EQ(w.Create(std::unique_ptr<CompoundSink>()), CompoundResult::kFileError);
+  if (std::unique_ptr<CompoundSink> full = CreateFileSink("/dev/full")) {
+    EXPECT_EQ(commit(std::move(full)), CompoundResult::kWriteFailed) << "disk full";
+  }
+  CompoundReader r;
+  EXPECT_EQ(r.Open(dir.File("none.qrd")), CompoundResult::kFileError);
+  EXPECT_EQ(r.Open(dir.path()), CompoundResult::kFileError);
+
+  ASSERT_EQ(commit(CreateFileSink(dir.File("ok.qrd"))), CompoundResult::kOk);
+  EXPECT_EQ(testing::ReadFileBytes(dir.File("ok.qrd")), good);
+  EXPECT_EQ(r.Open(dir.File("ok.qrd")), CompoundResult::kOk);
+}
+
+// Runs a command and returns its standard output ("" when it fails to start).
+std::string RunCommand(const std::string& command) {
+  std::string out;
+  if (FILE* pipe = popen(command.c_str(), "r")) {
+    char buf[4096];
+    for (size_t n; (n = fread(buf, 1, sizeof buf, pipe)) > 0;) out.append(buf, n);
+    if (pclose(pipe) != 0) out += "(failed)";
+  }
+  return out;
+}
+
+// The file the outside readers are given: nested storages, mini and large
+// streams, many children, and enough data to need a DIFAT sector.
+std::string CrossCheckFile(const TempDir& dir) {
+  const std::string path = dir.File("cross.qrd");
+  CompoundWriter w;
+  EXPECT_EQ(w.Create(path), CompoundResult::kOk);
+  AddStream(w, w.root(), "DataVersion", std::string("\xDC\0\0\0\1\0\0\0", 8));
+  CompoundStorage records = AddStorage(w, w.root(), "Records");
+  for (int i = 0; i < 1200; ++i)
+    AddStream(w, records, "Record" + std::to_string(i), Pattern(90 + i % 50, i));
+  CompoundStorage clients = AddStorage(w, w.root(), "Clients");
+  for (int i = 0; i < 3; ++i) {
+    CompoundStorage client = AddStorage(w, clients, "Client" + std::to_string(i));
+    for (const char* name : {"Name", "ProjectTasks", "Tasks", "Contacts", "Rates"}) {
+      AddStream(w, client, name, Pattern(i == 2 ? 6000 : 4 * i, i));
+    }
+  }
+  AddStream(w, w.root(), "Large", Pattern(7'400'000, 9));
+  EXPECT_EQ(w.Commit(), CompoundResult::kOk);
+  return path;
+}
+
+std::string PythonWithOlefile() {
+  for (const char* python : {"/usr/bin/python3", "python3"}) {
+    const std::string probe =
+        std::string(python) + " -c 'import olefile' 2>/dev/null && echo yes";
+    if (RunCommand(probe) == "yes\n") return python;
+  }
+  return "";
+}
+
+TEST(CompoundFileTest, OlefileReadsWhatWeWrite) {
+  const std::string python = PythonWithOlefile();
+  if (python.empty()) GTEST_SKIP() << "python3 with olefile not installed";
+  TempDir dir;
+  const std::string path = CrossCheckFile(dir);
+  CompoundReader r;
+  ASSERT_EQ(r.Open(path), CompoundResult::kOk) << r.error_detail();
+  std::string ours;
+  Dump(r, r.root(), "", &ours);
+
+  // olefile lists in an order of its own: compare sorted "path size crc" lines.
+  const std::string script = dir.File("list.py");
+  testing::WriteFileBytes(
+      script,
+      "import olefile, sys, zlib\n"
+      "ole = olefile.OleFileIO(sys.argv[1], raise_defects=olefile.DEFECT_INCORRECT)\n"
+      "for p in ole.listdir(streams=True, storages=True):\n"
+      "    name = '/'.join(p)\n"
+      "    if ole.get_type(p) == olefile.STGTY_STORAGE:\n"
+      "        print(name + '/')\n"
+      "        continue\n"
+      "    data = ole.openstream(p).read()\n"
+      "    print(name, len(data), zlib.crc32(data))\n");
+  std::string theirs = RunCommand(python + " " + script + " " + path);
+  auto sorted_lines = [](const std::string& text) {
+    std::vector<std::string> lines;
+    size_t begin = 0;
+    for (size_t end; (end = text.find('\n', begin)) != std::string::npos;
+         begin = end + 1) {
+      lines.push_back(text.substr(begin, end - begin));
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+  };
+  EXPECT_EQ(sorted_lines(theirs), sorted_lines(ours)) << theirs.substr(0, 2000);
+}
+
+TEST(CompoundFileTest, GsfReadsWhatWeWrite) {
+  if (RunCommand("command -v gsf >/dev/null && echo yes") != "yes\n")
+    GTEST_SKIP() << "gsf not installed";
+  TempDir dir;
+  const std::string path = CrossCheckFile(dir);
+  const std::string list = RunCommand("gsf list " + path + " 2>&1");
+  for (const char* name : {"DataVersion", "Records", "Clients", "Large"}) {
+    EXPECT_NE(list.find(name), std::string::npos) << name << " in\n" << list;
+  }
+  EXPECT_EQ(RunCommand("gsf cat " + path + " Records/Record17 2>&1"),
+            Pattern(90 + 17, 17));
+  EXPECT_EQ(RunCommand("gsf cat " + path + " Clients/Client2/Rates 2>&1"),
+            Pattern(6000, 2));
+  EXPECT_EQ(RunCommand("gsf cat " + path + " DataVersion 2>&1"),
+            std::string("\xDC\0\0\0\1\0\0\0", 8));
+}
+
+}  // namespace
+}  // namespace quillora
