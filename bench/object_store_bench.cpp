@@ -72,7 +72,7 @@ void BM_AddOneEntryDurably(benchmark::State& state) {
   Fixture& f = Shared();
   int n = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(AddEntry(*f.entries, SampleEntry(n++)));
+    benchmark::DoNotOptimize(AddEntry(*f.entries, SampleEntry(kEntries + n++)));
   }
   // Leave the walk benchmarks their 100,000 entries.
   for (ObjectId id = f.entries->SeekValue(SeekType::kValueGreater,
