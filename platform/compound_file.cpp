@@ -124,37 +124,6 @@ class BlockWriter {
   bool ok_ = true;
 };
 
-class FileSink : public CompoundSink {
- public:
-  explicit FileSink(int fd) : fd_(fd) {}
-  ~FileSink() override {
-    if (fd_ >= 0) ::close(fd_);
-  }
-
-  bool Write(const char* data, size_t size) override {
-    while (size > 0) {
-      const ssize_t n = ::write(fd_, data, size);
-      if (n < 0 && errno == EINTR) continue;
-      if (n <= 0) return false;
-      data += n;
-      size -= static_cast<size_t>(n);
-    }
-    return true;
-  }
-
-  bool Close() override {
-    // A backup must survive a power loss once it has been reported written.
-    // Devices such as /dev/full cannot be synced (EINVAL); that is no failure.
-    bool ok = ::fsync(fd_) == 0 || errno == EINVAL || errno == EROFS;
-    ok = ::close(fd_) == 0 && ok;
-    fd_ = -1;
-    return ok;
-  }
-
- private:
-  int fd_;
-};
-
 }  // namespace
 
 const char* CompoundResultText(CompoundResult result) {
@@ -198,9 +167,7 @@ int CompareCompoundNames(std::u16string_view a, std::u16string_view b) {
 }
 
 std::unique_ptr<CompoundSink> CreateFileSink(const std::string& path) {
-  const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (fd < 0) return nullptr;
-  return std::make_unique<FileSink>(fd);
+  return FileSystem::Posix().CreateAlways(path);
 }
 
 // ---------------------------------------------------------------------------

@@ -18,6 +18,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/file.h"
+
 namespace quillora {
 
 enum class CompoundResult {
@@ -63,15 +65,8 @@ struct CompoundElement {
   uint64_t size = 0;  // bytes of a stream; 0 for a storage
 };
 
-// Where a written compound file's bytes go. Write returns false when not all
-// bytes could be written (disk full); Close returns false when the data could
-// not be made durable. Both keep whatever was written.
-class CompoundSink {
- public:
-  virtual ~CompoundSink() = default;
-  virtual bool Write(const char* data, size_t size) = 0;
-  virtual bool Close() = 0;
-};
+// Where a written compound file's bytes go.
+using CompoundSink = WritableFile;
 
 // Creates or truncates the file at path (permissions 0666 less the umask);
 // nullptr when it cannot be created.
