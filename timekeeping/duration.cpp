@@ -77,7 +77,8 @@ double ParseHoursText(std::u16string_view text, int code_page) {
   return ReadLeadingNumber(bytes);
 }
 
-std::uint32_t SetDurationFromHours(TimeEntry* entry, double hours, const Settings& settings) {
+std::uint32_t SetDurationFromHours(TimeEntry* entry, double hours,
+                                   const Settings& settings) {
   entry->duration = static_cast<std::uint32_t>(DurationFromHours(hours, settings));
   return entry->duration;
 }

@@ -28,7 +28,8 @@ inline constexpr double kHoursPerSecond = 0.0002777777777777778;
 // Messages of the duration and numeric fields (title "Quillora", exclamation).
 inline constexpr char16_t kDurationRequiredMessage[] =
     u"You must enter a duration in hours. (e.g. 1.5, or 0.5)";
-inline constexpr char16_t kNumericOnlyMessage[] = u"This field accepts numeric values only.";
+inline constexpr char16_t kNumericOnlyMessage[] =
+    u"This field accepts numeric values only.";
 // Refuses a granularity typed or imported below kMinimumGranularity minutes.
 inline constexpr char16_t kGranularityTooSmallMessage[] =
     u"The duration granularity must be greater than or equal to 5 minutes.";
@@ -55,7 +56,8 @@ double ParseHoursText(std::u16string_view text, int code_page);
 // hundredths are then truncated toward zero. Negative hours are not guarded
 // (the ceiling then rounds toward zero and the 32-bit result wraps when held
 // unsigned). Hours beyond the 32-bit range saturate; NaN gives 0.
-std::uint32_t SetDurationFromHours(TimeEntry* entry, double hours, const Settings& settings);
+std::uint32_t SetDurationFromHours(TimeEntry* entry, double hours,
+                                   const Settings& settings);
 
 // The duration of a stopped timer: elapsed seconds x 1/3600 hours, through
 // SetDurationFromHours.

@@ -32,9 +32,18 @@ TEST(ParseHoursTextTest, TakesTheLeadingNumberLikeAtof) {
     std::u16string text;
     double hours;
   } cases[] = {
-      {u"1.5", 1.5},     {u"1,5", 1.0},   {u"0.25", 0.25},  {u" 2.25", 2.25},
-      {u"2h", 2.0},      {u"-0.5", -0.5}, {u"abc", 0.0},    {u"", 0.0},
-      {u".", 0.0},       {u"-", 0.0},     {u"1.239", 1.239}, {u"\u00bd", 0.0},
+      {u"1.5", 1.5},
+      {u"1,5", 1.0},
+      {u"0.25", 0.25},
+      {u" 2.25", 2.25},
+      {u"2h", 2.0},
+      {u"-0.5", -0.5},
+      {u"abc", 0.0},
+      {u"", 0.0},
+      {u".", 0.0},
+      {u"-", 0.0},
+      {u"1.239", 1.239},
+      {u"\u00bd", 0.0},
       {u"12.00 hours", 12.0},
   };
   for (const auto& c : cases) {
@@ -68,10 +77,9 @@ TEST(SetDurationFromHoursTest, RoundsUpToTheStepThenTruncates) {
     std::uint16_t minutes;  // 0: granularity off
     std::uint32_t duration;
   } cases[] = {
-      {0.3, 15, 50},   {0.25, 15, 25},  {1.01, 15, 125}, {0.17, 10, 33},
-      {0.5, 10, 50},   {1.0, 10, 100},  {0.67, 20, 100}, {1.239, 0, 123},
-      {0.01, 15, 25},  {0.0, 15, 0},    {12.0, 45, 1200}, {0.26, 6, 30},
-      {0.99, 0, 99},   {2.5, 15, 250},
+      {0.3, 15, 50},    {0.25, 15, 25},  {1.01, 15, 125}, {0.17, 10, 33}, {0.5, 10, 50},
+      {1.0, 10, 100},   {0.67, 20, 100}, {1.239, 0, 123}, {0.01, 15, 25}, {0.0, 15, 0},
+      {12.0, 45, 1200}, {0.26, 6, 30},   {0.99, 0, 99},   {2.5, 15, 250},
   };
   for (const auto& c : cases) {
     const Settings s = c.minutes ? WithGranularity(c.minutes) : WithoutGranularity();
@@ -112,7 +120,7 @@ TEST(StartEndTest, MinutesFromDurationUsesSixthsOnlyForExactFractions) {
   struct Case {
     std::uint32_t duration;
     std::int64_t minutes;
-  } cases[] = {{150, 90}, {17, 10}, {33, 20}, {67, 40}, {83, 49}, {117, 70},
+  } cases[] = {{150, 90}, {17, 10}, {33, 20}, {67, 40},  {83, 49},  {117, 70},
                {0, 0},    {1, 0},   {2, 1},   {100, 60}, {233, 139}};
   for (const auto& c : cases) {
     EXPECT_EQ(MinutesFromDuration(c.duration), c.minutes) << c.duration;
@@ -134,20 +142,26 @@ TEST(StartEndTest, DurationFromPickers) {
     std::int64_t between;
     std::uint32_t duration;
   } cases[] = {
-      {MakeSystemTime(2024, 3, 10, 23, 0), MakeSystemTime(2024, 3, 10, 1, 30), 0, 150, 250},
-      {MakeSystemTime(2024, 3, 10, 9, 0), MakeSystemTime(2024, 3, 10, 10, 10), 0, 70, 116},
-      {MakeSystemTime(2024, 3, 10, 9, 0), MakeSystemTime(2024, 3, 10, 10, 10), 15, 70, 125},
+      {MakeSystemTime(2024, 3, 10, 23, 0), MakeSystemTime(2024, 3, 10, 1, 30), 0, 150,
+       250},
+      {MakeSystemTime(2024, 3, 10, 9, 0), MakeSystemTime(2024, 3, 10, 10, 10), 0, 70,
+       116},
+      {MakeSystemTime(2024, 3, 10, 9, 0), MakeSystemTime(2024, 3, 10, 10, 10), 15, 70,
+       125},
       // Only the hours decide the next day: 10:15 after 10:40 stays negative.
       {MakeSystemTime(2024, 3, 10, 10, 40), MakeSystemTime(2024, 3, 10, 10, 15), 15, -25,
        static_cast<std::uint32_t>(-25)},
       // Whole seconds, then whole minutes: 59.5 seconds is no minute.
-      {MakeSystemTime(2024, 3, 10, 9, 0, 0, 500), MakeSystemTime(2024, 3, 10, 9, 1, 0), 0, 0, 0},
-      {MakeSystemTime(2024, 3, 10, 9, 0, 1), MakeSystemTime(2024, 3, 10, 9, 30, 0), 0, 29, 48},
+      {MakeSystemTime(2024, 3, 10, 9, 0, 0, 500), MakeSystemTime(2024, 3, 10, 9, 1, 0), 0,
+       0, 0},
+      {MakeSystemTime(2024, 3, 10, 9, 0, 1), MakeSystemTime(2024, 3, 10, 9, 30, 0), 0, 29,
+       48},
       // The pickers' dates play no part.
       {MakeSystemTime(2024, 3, 10, 8, 0), MakeSystemTime(2024, 3, 12, 9, 0), 0, 60, 100},
   };
   for (const auto& c : cases) {
-    const std::string label = FormatIsoDateTime(c.start) + " to " + FormatIsoDateTime(c.end);
+    const std::string label =
+        FormatIsoDateTime(c.start) + " to " + FormatIsoDateTime(c.end);
     EXPECT_EQ(MinutesBetweenPickers(c.start, c.end), c.between) << label;
     TimeEntry e;
     const Settings s = c.minutes ? WithGranularity(c.minutes) : WithoutGranularity();
@@ -161,8 +175,11 @@ TEST(DurationChoicesTest, StepsUpToTwelveHours) {
     std::size_t count;
     std::u16string first, second;
   } cases[] = {
-      {0, 72, u"0.17", u"0.33"},  {1, 48, u"0.25", u"0.50"}, {2, 36, u"0.33", u"0.67"},
-      {3, 24, u"0.50", u"1.00"},  {4, 120, u"0.10", u"0.20"},
+      {0, 72, u"0.17", u"0.33"},
+      {1, 48, u"0.25", u"0.50"},
+      {2, 36, u"0.33", u"0.67"},
+      {3, 24, u"0.50", u"1.00"},
+      {4, 120, u"0.10", u"0.20"},
       {9, 24, u"0.50", u"1.00"},  // out of range: the default step
   };
   for (const auto& c : cases) {
@@ -180,15 +197,21 @@ TEST(IsNumericTextTest, RefusesLettersOfEveryClass) {
     std::u16string text;
     bool numeric;
   } cases[] = {
-      {u"", true},          {u"1.5", true},         {u"1,5", true},
-      {u"-0.25 ", true},    {u"$12%", true},        {u"\u00bd", true},   // vulgar half
-      {u"\u0663", true},    // Arabic-Indic three is a digit
-      {u"1h", false},       {u"1e3", false},        {u"\u00e9", false},  // é
-      {u"\u01c5", false},   // title case Dž
-      {u"\u02b0", false},   // modifier letter
-      {u"\u4e00", false},   // CJK ideograph, other letter
+      {u"", true},
+      {u"1.5", true},
+      {u"1,5", true},
+      {u"-0.25 ", true},
+      {u"$12%", true},
+      {u"\u00bd", true},  // vulgar half
+      {u"\u0663", true},  // Arabic-Indic three is a digit
+      {u"1h", false},
+      {u"1e3", false},
+      {u"\u00e9", false},      // é
+      {u"\u01c5", false},      // title case Dž
+      {u"\u02b0", false},      // modifier letter
+      {u"\u4e00", false},      // CJK ideograph, other letter
       {u"\U0001d400", false},  // mathematical bold A, beyond the basic plane
-      {u"\xd835", true},    // an unpaired surrogate is no letter
+      {u"\xd835", true},       // an unpaired surrogate is no letter
   };
   for (const auto& c : cases) {
     EXPECT_EQ(IsNumericText(c.text), c.numeric) << ToUtf8(c.text);
@@ -199,9 +222,9 @@ TEST(RateFromTextTest, TruncatesThousandsTimesATenth) {
   struct Case {
     std::u16string text;
     std::int32_t rate;
-  } cases[] = {{u"12.50", 1250}, {u"12.345", 1234}, {u"0.29", 29},  {u"19.99", 1999},
-               {u"4.35", 435},   {u"1,5", 100},     {u"abc", 0},    {u"-3.5", -350},
-               {u"", 0}};
+  } cases[] = {{u"12.50", 1250}, {u"12.345", 1234}, {u"0.29", 29},
+               {u"19.99", 1999}, {u"4.35", 435},    {u"1,5", 100},
+               {u"abc", 0},      {u"-3.5", -350},   {u"", 0}};
   for (const auto& c : cases) {
     EXPECT_EQ(RateFromText(c.text, kCp1252), c.rate) << ToUtf8(c.text);
     TimeEntry e;
@@ -247,8 +270,8 @@ TEST(FormatTest, TwoDecimalsAsTheCLibraryRounds) {
   EXPECT_EQ(FormatHundredths(123), u"1.23");
   EXPECT_EQ(FormatTwoDecimals(49.800000000000004), u"49.80");
   EXPECT_EQ(FormatTwoDecimals(70.19999999999999), u"70.20");
-  EXPECT_EQ(FormatTwoDecimals(0.125), u"0.12");   // an exact half rounds to even
-  EXPECT_EQ(FormatTwoDecimals(2.675), u"2.67");   // just below the half in binary64
+  EXPECT_EQ(FormatTwoDecimals(0.125), u"0.12");  // an exact half rounds to even
+  EXPECT_EQ(FormatTwoDecimals(2.675), u"2.67");  // just below the half in binary64
   EXPECT_EQ(FormatTwoDecimals(-0.004), u"-0.00");
   EXPECT_EQ(FormatAmountWithCurrency(u"USD", 100.0), u"USD100.00");
   EXPECT_EQ(FormatAmountWithCurrency(u"\u20ac", 10.0 / 3), u"\u20ac3.33");
