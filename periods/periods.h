@@ -71,11 +71,12 @@ class Period {
 
   virtual PeriodKind Kind() const = 0;
 
-  // The inclusive range of the period, as the quick summary, the exports and
-  // the archive take it.
+  // The inclusive range of the period: what the export and archive dialogs
+  // are prefilled with.
   virtual PeriodRange GetRange() const = 0;
-  // The range the entry view of this kind lists; the same as GetRange except
-  // for the month, whose view runs one minute further (to 23:59:59).
+  // The range the entry view of this kind lists, and so the entries that the
+  // quick summary totals; the same as GetRange except for the month, whose
+  // view runs 59 seconds further (to 23:59:59).
   virtual PeriodRange GetViewRange() const { return GetRange(); }
 
   // "Previous Period" (also the Left and Up keys), "Next Period" (Right and
