@@ -252,9 +252,14 @@ TEST(MakePeriodTest, CustomPeriodComesFromTheSettings) {
   const auto stored = MakePeriod(PeriodKind::kCustom, date, s);
   EXPECT_EQ(stored->Kind(), PeriodKind::kCustom);
   EXPECT_EQ(Text(stored->GetRange()), "2024-05-01T00:00:00 .. 2024-05-03T23:59:59");
-  s.period_end = MakeSystemTime(2024, 2, 31);  // impossible: the day of `date`
-  EXPECT_EQ(Text(MakePeriod(PeriodKind::kCustom, date, s)->GetRange()),
-            "2026-11-21T00:00:00 .. 2026-11-21T23:59:59");
+  // Impossible stored dates (a damaged registry value): the day of `date`.
+  for (const SystemTime bad : {MakeSystemTime(2024, 2, 31), MakeSystemTime(65535, 200, 0),
+                               MakeSystemTime(1600, 12, 31, 99, 99, 99, 9999)}) {
+    s.period_end = bad;
+    EXPECT_EQ(Text(MakePeriod(PeriodKind::kCustom, date, s)->GetRange()),
+              "2026-11-21T00:00:00 .. 2026-11-21T23:59:59")
+        << FormatIsoDateTime(bad);
+  }
 
   Settings back;
   StoreCustomPeriod(CustomPeriod(Date(2024, 5, 1, 8), Date(2024, 5, 3)), &back);
