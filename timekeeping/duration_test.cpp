@@ -2,8 +2,237 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <cmath>
+#include <string>
+
+#include "platform/text.h"
+
 namespace quillora {
 namespace {
+
+constexpr int kCp1252 = 1252;
+
+Settings WithGranularity(std::uint16_t minutes) {
+  Settings s;
+  s.option_bits = kOptionGranularity;
+  s.granularity = minutes;
+  return s;
+}
+
+Settings WithoutGranularity() {
+  Settings s;
+  s.option_bits = 0;
+  s.granularity = 15;  // ignored while the bit is clear
+  return s;
+}
+
+TEST(ParseHoursTextTest, TakesTheLeadingNumberLikeAtof) {
+  struct Case {
+    std::u16string text;
+    double hours;
+  } cases[] = {
+      {u"1.5", 1.5},
+      {u"1,5", 1.0},
+      {u"0.25", 0.25},
+      {u" 2.25", 2.25},
+      {u"2h", 2.0},
+      {u"-0.5", -0.5},
+      {u"abc", 0.0},
+      {u"", 0.0},
+      {u".", 0.0},
+      {u"-", 0.0},
+      {u"1.239", 1.239},
+      {u"\u00bd", 0.0},
+      {u"12.00 hours", 12.0},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ParseHoursText(c.text, kCp1252), c.hours) << ToUtf8(c.text);
+  }
+}
+
+TEST(ParseHoursTextTest, ReadsOnlyTheFirst63Bytes) {
+  // 62 zeros after the point fill the buffer; the 1 behind them is cut off.
+  const std::u16string cut = u"0." + std::u16string(61, u'0') + u"1";
+  EXPECT_EQ(ParseHoursText(cut, kCp1252), 0.0);
+  const std::u16string kept = u"0." + std::u16string(60, u'0') + u"1";
+  EXPECT_EQ(ParseHoursText(kept, kCp1252), 1e-61);
+}
+
+TEST(ParseHoursTextTest, IgnoresADecimalCommaProcessLocale) {
+  const std::string saved = std::setlocale(LC_NUMERIC, nullptr);
+  if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) {
+    GTEST_SKIP() << "no German locale installed";
+  }
+  const double one_comma_five = ParseHoursText(u"1,5", kCp1252);
+  const double one_point_five = ParseHoursText(u"1.5", kCp1252);
+  std::setlocale(LC_NUMERIC, saved.c_str());
+  EXPECT_EQ(one_comma_five, 1.0);
+  EXPECT_EQ(one_point_five, 1.5);
+}
+
+TEST(SetDurationFromHoursTest, RoundsUpToTheStepThenTruncates) {
+  struct Case {
+    double hours;
+    std::uint16_t minutes;  // 0: granularity off
+    std::uint32_t duration;
+  } cases[] = {
+      {0.3, 15, 50},    {0.25, 15, 25},  {1.01, 15, 125}, {0.17, 10, 33}, {0.5, 10, 50},
+      {1.0, 10, 100},   {0.67, 20, 100}, {1.239, 0, 123}, {0.01, 15, 25}, {0.0, 15, 0},
+      {12.0, 45, 1200}, {0.26, 6, 30},   {0.99, 0, 99},   {2.5, 15, 250},
+  };
+  for (const auto& c : cases) {
+    const Settings s = c.minutes ? WithGranularity(c.minutes) : WithoutGranularity();
+    TimeEntry e;
+    e.duration = 7;
+    EXPECT_EQ(SetDurationFromHours(&e, c.hours, s), c.duration)
+        << c.hours << " h at " << c.minutes << " min";
+    EXPECT_EQ(e.duration, c.duration) << c.hours << " h at " << c.minutes << " min";
+  }
+}
+
+TEST(SetDurationFromHoursTest, KeepsTheRuleForOddInputs) {
+  TimeEntry e;
+  // Negative hours: the ceiling rounds toward zero (-1.67 steps to -1), and
+  // the 32-bit result is held unsigned.
+  EXPECT_EQ(SetDurationFromHours(&e, -25 * kHoursPerMinute, WithGranularity(15)),
+            static_cast<std::uint32_t>(-25));
+  EXPECT_EQ(SetDurationFromHours(&e, -25 * kHoursPerMinute, WithoutGranularity()),
+            static_cast<std::uint32_t>(-41));
+  // A granularity of 0 minutes (only a hand-edited registry holds one) rounds nothing.
+  EXPECT_EQ(SetDurationFromHours(&e, 0.3, WithGranularity(0)), 30u);
+  EXPECT_EQ(SetDurationFromHours(&e, 1e300, WithoutGranularity()), 0x7FFFFFFFu);
+  EXPECT_EQ(SetDurationFromHours(&e, std::nan(""), WithoutGranularity()), 0u);
+}
+
+TEST(DurationSourcesTest, TimerAndTypedTextGoThroughTheGranularity) {
+  const Settings s = WithGranularity(15);
+  TimeEntry e;
+  EXPECT_EQ(SetDurationFromTimer(&e, 90 * 60, s), 150u);
+  EXPECT_EQ(SetDurationFromTimer(&e, 61, s), 25u);
+  EXPECT_EQ(SetDurationFromTimer(&e, 0, s), 0u);
+  EXPECT_EQ(SetDurationFromTimer(&e, 3600, WithoutGranularity()), 100u);
+  EXPECT_EQ(SetDurationFromHours(&e, ParseHoursText(u"0.3", kCp1252), s), 50u);
+  EXPECT_EQ(FormatDurationField(e.duration), u"0.50");
+}
+
+TEST(StartEndTest, MinutesFromDurationUsesSixthsOnlyForExactFractions) {
+  struct Case {
+    std::uint32_t duration;
+    std::int64_t minutes;
+  } cases[] = {{150, 90}, {17, 10}, {33, 20}, {67, 40},  {83, 49},  {117, 70},
+               {0, 0},    {1, 0},   {2, 1},   {100, 60}, {233, 139}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(MinutesFromDuration(c.duration), c.minutes) << c.duration;
+  }
+}
+
+TEST(StartEndTest, EndPickerMovesOnByTheDurationAcrossMidnight) {
+  const SystemTime start = MakeSystemTime(2024, 3, 10, 23, 30, 1);
+  EXPECT_EQ(EndPickerTime(start, 150), MakeSystemTime(2024, 3, 11, 1, 0, 1));
+  EXPECT_EQ(EndPickerTime(start, 1), start);  // 0 whole minutes
+  EXPECT_EQ(EndPickerTime(start, 0), start);
+  EXPECT_EQ(EndPickerTime(SystemTime{}, 150), SystemTime{});
+}
+
+TEST(StartEndTest, DurationFromPickers) {
+  struct Case {
+    SystemTime start, end;
+    std::uint16_t minutes;  // granularity, 0 off
+    std::int64_t between;
+    std::uint32_t duration;
+  } cases[] = {
+      {MakeSystemTime(2024, 3, 10, 23, 0), MakeSystemTime(2024, 3, 10, 1, 30), 0, 150,
+       250},
+      {MakeSystemTime(2024, 3, 10, 9, 0), MakeSystemTime(2024, 3, 10, 10, 10), 0, 70,
+       116},
+      {MakeSystemTime(2024, 3, 10, 9, 0), MakeSystemTime(2024, 3, 10, 10, 10), 15, 70,
+       125},
+      // Only the hours decide the next day: 10:15 after 10:40 stays negative.
+      {MakeSystemTime(2024, 3, 10, 10, 40), MakeSystemTime(2024, 3, 10, 10, 15), 15, -25,
+       static_cast<std::uint32_t>(-25)},
+      // Whole seconds, then whole minutes: 59.5 seconds is no minute.
+      {MakeSystemTime(2024, 3, 10, 9, 0, 0, 500), MakeSystemTime(2024, 3, 10, 9, 1, 0), 0,
+       0, 0},
+      {MakeSystemTime(2024, 3, 10, 9, 0, 1), MakeSystemTime(2024, 3, 10, 9, 30, 0), 0, 29,
+       48},
+      // The pickers' dates play no part.
+      {MakeSystemTime(2024, 3, 10, 8, 0), MakeSystemTime(2024, 3, 12, 9, 0), 0, 60, 100},
+  };
+  for (const auto& c : cases) {
+    const std::string label =
+        FormatIsoDateTime(c.start) + " to " + FormatIsoDateTime(c.end);
+    EXPECT_EQ(MinutesBetweenPickers(c.start, c.end), c.between) << label;
+    TimeEntry e;
+    const Settings s = c.minutes ? WithGranularity(c.minutes) : WithoutGranularity();
+    EXPECT_EQ(SetDurationFromStartEnd(&e, c.start, c.end, s), c.duration) << label;
+  }
+}
+
+TEST(DurationChoicesTest, StepsUpToTwelveHours) {
+  struct Case {
+    std::uint16_t interval;
+    std::size_t count;
+    std::u16string first, second;
+  } cases[] = {
+      {0, 72, u"0.17", u"0.33"},
+      {1, 48, u"0.25", u"0.50"},
+      {2, 36, u"0.33", u"0.67"},
+      {3, 24, u"0.50", u"1.00"},
+      {4, 120, u"0.10", u"0.20"},
+      {9, 24, u"0.50", u"1.00"},  // out of range: the default step
+  };
+  for (const auto& c : cases) {
+    const auto list = FillDurationChoices(c.interval);
+    ASSERT_EQ(list.size(), c.count) << c.interval;
+    EXPECT_EQ(list[0], c.first) << c.interval;
+    EXPECT_EQ(list[1], c.second) << c.interval;
+    EXPECT_EQ(list.back(), u"12.00") << c.interval;
+  }
+  EXPECT_EQ(DurationChoiceStep(4), 6);
+}
+
+TEST(IsNumericTextTest, RefusesLettersOfEveryClass) {
+  struct Case {
+    std::u16string text;
+    bool numeric;
+  } cases[] = {
+      {u"", true},
+      {u"1.5", true},
+      {u"1,5", true},
+      {u"-0.25 ", true},
+      {u"$12%", true},
+      {u"\u00bd", true},  // vulgar half
+      {u"\u0663", true},  // Arabic-Indic three is a digit
+      {u"1h", false},
+      {u"1e3", false},
+      {u"\u00e9", false},      // é
+      {u"\u01c5", false},      // title case Dž
+      {u"\u02b0", false},      // modifier letter
+      {u"\u4e00", false},      // CJK ideograph, other letter
+      {u"\U0001d400", false},  // mathematical bold A, beyond the basic plane
+      {u"\xd835", true},       // an unpaired surrogate is no letter
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(IsNumericText(c.text), c.numeric) << ToUtf8(c.text);
+  }
+}
+
+TEST(RateFromTextTest, TruncatesThousandsTimesATenth) {
+  struct Case {
+    std::u16string text;
+    std::int32_t rate;
+  } cases[] = {{u"12.50", 1250}, {u"12.345", 1234}, {u"0.29", 29},
+               {u"19.99", 1999}, {u"4.35", 435},    {u"1,5", 100},
+               {u"abc", 0},      {u"-3.5", -350},   {u"", 0}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(RateFromText(c.text, kCp1252), c.rate) << ToUtf8(c.text);
+    TimeEntry e;
+    e.duration = 150;
+    EXPECT_EQ(SetRateFromText(&e, c.text, kCp1252), static_cast<std::uint32_t>(c.rate));
+    EXPECT_EQ(e.duration, 150u);  // no granularity, nothing else touched
+  }
+}
 
 TEST(EntryAmountTest, ExactBinary64Results) {
   struct Case {
@@ -32,6 +261,21 @@ TEST(EntryAmountTest, ExactBinary64Results) {
     EXPECT_EQ(EntryAmount(e, settings), c.amount)
         << c.duration << " x " << c.rate << " type " << c.rate_type << " bits " << c.bits;
   }
+}
+
+TEST(FormatTest, TwoDecimalsAsTheCLibraryRounds) {
+  EXPECT_EQ(FormatDurationField(150), u"1.50");
+  EXPECT_EQ(FormatDurationField(0), u"0.00");
+  EXPECT_EQ(FormatHundredths(1250), u"12.50");
+  EXPECT_EQ(FormatHundredths(123), u"1.23");
+  EXPECT_EQ(FormatTwoDecimals(49.800000000000004), u"49.80");
+  EXPECT_EQ(FormatTwoDecimals(70.19999999999999), u"70.20");
+  EXPECT_EQ(FormatTwoDecimals(0.125), u"0.12");  // an exact half rounds to even
+  EXPECT_EQ(FormatTwoDecimals(2.675), u"2.67");  // just below the half in binary64
+  EXPECT_EQ(FormatTwoDecimals(-0.004), u"-0.00");
+  EXPECT_EQ(FormatAmountWithCurrency(u"USD", 100.0), u"USD100.00");
+  EXPECT_EQ(FormatAmountWithCurrency(u"\u20ac", 10.0 / 3), u"\u20ac3.33");
+  EXPECT_EQ(FormatAmountWithCurrency(u"", 1.005), u"1.00");
 }
 
 }  // namespace
