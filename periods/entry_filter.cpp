@@ -15,9 +15,9 @@ struct SavedCriterion {
   std::u16string EntryFilter::*field;
 };
 constexpr SavedCriterion kSavedCriteria[] = {
-    {u"fClient", &EntryFilter::client},   {u"fProject", &EntryFilter::project},
-    {u"fPhase", &EntryFilter::phase},     {u"fTask", &EntryFilter::task},
-    {u"fBillTo", &EntryFilter::bill_to},  {u"fCurrency", &EntryFilter::currency},
+    {u"fClient", &EntryFilter::client},  {u"fProject", &EntryFilter::project},
+    {u"fPhase", &EntryFilter::phase},    {u"fTask", &EntryFilter::task},
+    {u"fBillTo", &EntryFilter::bill_to}, {u"fCurrency", &EntryFilter::currency},
 };
 
 // Every filter value, deleted before each save so that a criterion cleared

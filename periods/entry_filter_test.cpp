@@ -135,9 +135,12 @@ TEST_F(EntryFilterTest, TextCriteriaMatchWholeCaseSensitiveText) {
       {&EntryFilter::custom3, &TimeEntry::custom3},
   };
   const std::pair<std::u16string, bool> values[] = {
-      {u"Acme \u00c9t\u00e9", true}, {u"acme \u00e9t\u00e9", false},
-      {u"Acme", false},              {u"Acme \u00c9t\u00e9 Ltd", false},
-      {u"Acme Ete", false},          {u"", false},
+      {u"Acme \u00c9t\u00e9", true},
+      {u"acme \u00e9t\u00e9", false},
+      {u"Acme", false},
+      {u"Acme \u00c9t\u00e9 Ltd", false},
+      {u"Acme Ete", false},
+      {u"", false},
   };
   for (std::size_t i = 0; i < std::size(pairs); ++i) {
     const auto [criterion, field] = pairs[i];
@@ -258,9 +261,9 @@ TEST_F(FilterPageTest, ListsStartWithAllAndSelectTheCurrentCriteria) {
   EXPECT_EQ(projects.selection, 2);
   EXPECT_EQ(page.list(kFilterCurrencyList).selection, 1);
   const FilterPageList& rates = page.list(kFilterRateTypeList);
-  EXPECT_EQ(rates.items,
-            (std::vector<std::u16string>{u"(All)", u"Normal Rate", u"Overtime Rate",
-                                         u"Weekend Rate", u"Fixed Rate", u"Discount Rate"}));
+  EXPECT_EQ(rates.items, (std::vector<std::u16string>{u"(All)", u"Normal Rate",
+                                                      u"Overtime Rate", u"Weekend Rate",
+                                                      u"Fixed Rate", u"Discount Rate"}));
   EXPECT_EQ(rates.selection, 5);
   EXPECT_TRUE(page.unpaid && page.non_billable);
   EXPECT_FALSE(page.paid);

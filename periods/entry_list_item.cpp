@@ -46,9 +46,12 @@ ItemColour PaletteColour(std::uint32_t index) {
 
 ItemColour StatusColour(const DisplayBlock& display, EntryDisplayStatus status) {
   switch (status) {
-    case kStatusBillableUnpaid: return PaletteColour(display.billable_colour);
-    case kStatusBillablePaid: return PaletteColour(display.paid_colour);
-    case kStatusNonBillable: break;
+    case kStatusBillableUnpaid:
+      return PaletteColour(display.billable_colour);
+    case kStatusBillablePaid:
+      return PaletteColour(display.paid_colour);
+    case kStatusNonBillable:
+      break;
   }
   return PaletteColour(display.non_billable_colour);
 }

@@ -19,7 +19,7 @@ namespace quillora {
 
 // Display status of an entry; it picks the item's colour and status icon.
 enum EntryDisplayStatus : int {
-  kStatusNonBillable = 0,     // whatever its paid flag says
+  kStatusNonBillable = 0,  // whatever its paid flag says
   kStatusBillableUnpaid = 1,
   kStatusBillablePaid = 2,
 };

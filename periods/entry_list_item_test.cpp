@@ -63,8 +63,8 @@ TEST_F(EntryListItemTest, DateAndTimeLineForEachDisplay) {
 
 TEST_F(EntryListItemTest, EndTimeTruncatesMinutesAndAnySecondsMarkAStart) {
   const std::pair<std::uint32_t, const char*> cases[] = {
-      {17, "1:10 PM"}, {83, "1:49 PM"}, {0, "1:00 PM"}, {5, "1:03 PM"},
-      {35, "1:21 PM"}, {1200, "1:00 AM"},  // past midnight: the next day's time
+      {17, "1:10 PM"},  {83, "1:49 PM"},   {0, "1:00 PM"}, {5, "1:03 PM"},
+      {35, "1:21 PM"},  {1200, "1:00 AM"},  // past midnight: the next day's time
       {205, "3:02 PM"},  // 2.05 h is 122.99999999999999 minutes in binary64
   };
   for (const auto& [duration, end] : cases) {
