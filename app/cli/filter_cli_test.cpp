@@ -1,8 +1,6 @@
 // The filter command end to end: the binary on a fresh data folder.
 #include <gtest/gtest.h>
 
-#include "periods/entry_filter.h"
-#include "store/data_context.h"
 #include "tests/run_quillora.h"
 #include "tests/temp_dir.h"
 
@@ -58,18 +56,6 @@ TEST_F(FilterCliTest, ShowSetAndResetKeepTheSavedFilter) {
       "client=Acme \xc3\x89t\xc3\xa9\nproject=\nphase=\ntask=\nbill-to=\ncurrency=\n"
       "rate-type=-1\nunpaid=yes\npaid=no\nnon-billable=no\n");
   EXPECT_NE(SavedValues().find("fFlags=1\n"), std::string::npos);
-
-  // The window reads the same filter.
-  {
-    DataContext data;
-    std::string error;
-    ASSERT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
-    EntryFilter loaded;
-    ASSERT_TRUE(LoadFilter(*data.registry, &loaded));
-    EXPECT_EQ(loaded.client, u"Acme \u00c9t\u00e9");
-    EXPECT_TRUE(loaded.show_unpaid);
-    EXPECT_FALSE(loaded.show_paid || loaded.show_non_billable);
-  }
 
   r = Run({"filter", "reset"});
   EXPECT_EQ(r.status, 0) << r.err;
