@@ -131,7 +131,8 @@ class FilterPage {
   // not among the names is added to its list so that it stays chosen; a rate
   // type outside 0..4 selects "(All)"), and sets the boxes from the switches.
   // The names of a list are sorted by the locale with case ignored, without
-  // empty names and exact duplicates.
+  // empty names and exact duplicates. The page keeps `locale`, which must
+  // outlive it.
   FilterPage(const EntryFilter& current, const FilterChoices& choices,
              const Locale& locale);
 
