@@ -22,6 +22,7 @@ namespace {
 const Command* const kCommands[] = {
     &kShowCommand,
     &kDeleteCommand,
+    &kFilterCommand,
     &kSettingsCommand,
 };
 

@@ -9,6 +9,7 @@ namespace quillora {
 
 extern const Command kShowCommand;
 extern const Command kDeleteCommand;
+extern const Command kFilterCommand;
 extern const Command kSettingsCommand;
 
 }  // namespace quillora
