@@ -23,6 +23,12 @@ const Command* const kCommands[] = {
     &kShowCommand,
     &kDeleteCommand,
     &kSettingsCommand,
+    &kClientCommand,
+    &kProjectCommand,
+    &kTaskCommand,
+    &kContactCommand,
+    &kRateCommand,
+    &kValueCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

@@ -10,6 +10,12 @@ namespace quillora {
 extern const Command kShowCommand;
 extern const Command kDeleteCommand;
 extern const Command kSettingsCommand;
+extern const Command kClientCommand;
+extern const Command kProjectCommand;
+extern const Command kTaskCommand;
+extern const Command kContactCommand;
+extern const Command kRateCommand;
+extern const Command kValueCommand;
 
 }  // namespace quillora
 
