@@ -29,12 +29,13 @@ Answer AskToDelete(UserPrompt& prompt, int question) {
 void WalkClientRecords(RecordStore& store, ClientId client,
                        const std::function<void(ObjectId, PropList&)>& visit) {
   PropList props;
-  ObjectId id =
-      store.SeekValue(SeekType::kValueFirstEqual, PropValue::Number(kPropClientId, client));
+  ObjectId id = store.SeekValue(SeekType::kValueFirstEqual,
+                                PropValue::Number(kPropClientId, client));
   while (id != 0) {
     store.ReadProps(nullptr, &props);
     visit(id, props);
-    id = store.SeekValue(SeekType::kValueNextEqual, PropValue::Number(kPropClientId, client));
+    id = store.SeekValue(SeekType::kValueNextEqual,
+                         PropValue::Number(kPropClientId, client));
   }
 }
 
@@ -94,8 +95,9 @@ std::vector<Project> ProjectsOf(ProjectStore& projects, const Locale& locale,
                                 ClientId client) {
   std::vector<Project> list;
   for (ProjectRecord& r : ProjectRecords(projects, client)) {
-    auto it = std::find_if(list.begin(), list.end(),
-                           [&](const Project& p) { return locale.Equal(p.name, r.project); });
+    auto it = std::find_if(list.begin(), list.end(), [&](const Project& p) {
+      return locale.Equal(p.name, r.project);
+    });
     if (it == list.end()) it = list.insert(list.end(), Project{std::move(r.project), {}});
     if (!r.task.empty()) it->tasks.push_back(std::move(r.task));
   }
@@ -180,7 +182,8 @@ bool Catalogue::Open() {
          rates.Open();
 }
 
-DeleteOutcome DeleteClient(Catalogue& catalogue, UserPrompt& prompt, ObjectId client_record) {
+DeleteOutcome DeleteClient(Catalogue& catalogue, UserPrompt& prompt,
+                           ObjectId client_record) {
   if (AskToDelete(prompt, kIdsDeleteClientQuestion) == Answer::kNo) {
     return DeleteOutcome::kDeclined;
   }
@@ -212,14 +215,17 @@ bool GrowCatalogue(Catalogue& catalogue, const Locale& locale, const TimeEntry& 
   Client client;
   if (!entry.client.empty() && FindClient(catalogue.clients, entry.client, &client)) {
     AddProject(catalogue.projects, locale, client.number, entry.project, entry.task);
-    if (entry.project.empty()) AddItem(catalogue.tasks, locale, client.number, entry.task);
+    if (entry.project.empty())
+      AddItem(catalogue.tasks, locale, client.number, entry.task);
     AddItem(catalogue.contacts, locale, client.number, entry.billTo);
   }
   AuxStore aux(catalogue.volume);
   if (!aux.Open()) return false;
   const std::pair<ValueListKind, const std::u16string*> values[] = {
-      {ValueListKind::kPhase, &entry.phase},     {ValueListKind::kCurrency, &entry.currency},
-      {ValueListKind::kCustom1, &entry.custom1}, {ValueListKind::kCustom2, &entry.custom2},
+      {ValueListKind::kPhase, &entry.phase},
+      {ValueListKind::kCurrency, &entry.currency},
+      {ValueListKind::kCustom1, &entry.custom1},
+      {ValueListKind::kCustom2, &entry.custom2},
       {ValueListKind::kCustom3, &entry.custom3}};
   for (const auto& [kind, text] : values) AddValue(aux, locale, kind, *text);
   return true;

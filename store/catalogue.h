@@ -125,8 +125,12 @@ int DeleteValueList(AuxStore& aux, ValueListKind kind);
 // the registry so that it can carry "NextClient" over.
 struct Catalogue {
   Catalogue(ObjectStore& volume, Registry* registry)
-      : volume(volume), clients(volume, registry), projects(volume), tasks(volume),
-        contacts(volume), rates(volume) {}
+      : volume(volume),
+        clients(volume, registry),
+        projects(volume),
+        tasks(volume),
+        contacts(volume),
+        rates(volume) {}
 
   // Opens clients, projects, tasks, contacts and rates one after the other;
   // false at the first that fails (the others stay closed).
@@ -148,7 +152,8 @@ enum class DeleteOutcome { kDeleted, kDeclined, kFailed };
 // A client: its projects, tasks, contacts and rates, then its record. A client
 // whose number is 0 (added while the counter was missing) loses only its
 // record, never the default rates.
-DeleteOutcome DeleteClient(Catalogue& catalogue, UserPrompt& prompt, ObjectId client_record);
+DeleteOutcome DeleteClient(Catalogue& catalogue, UserPrompt& prompt,
+                           ObjectId client_record);
 // A project: every record of the client with that project name.
 DeleteOutcome DeleteProjectAsked(Catalogue& catalogue, UserPrompt& prompt,
                                  const Locale& locale, ClientId client,

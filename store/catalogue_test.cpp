@@ -64,7 +64,8 @@ TEST_F(CatalogueTest, ClientNumbersCountUpAndAreNeverReused) {
   EXPECT_EQ(Add(u"Acme"), 0u) << "duplicate";
   EXPECT_EQ(Add(u""), 0u) << "empty";
   prompt_.answers = {Answer::kYes};
-  EXPECT_EQ(DeleteClient(catalogue_, prompt_, RecordOf(u"Zeta")), DeleteOutcome::kDeleted);
+  EXPECT_EQ(DeleteClient(catalogue_, prompt_, RecordOf(u"Zeta")),
+            DeleteOutcome::kDeleted);
   EXPECT_EQ(Add(u"Zeta"), 4u);
   EXPECT_EQ(Clients(), "acme:3 Acme:2 Zeta:4 ") << "the collation puts lower case first";
 
@@ -96,7 +97,8 @@ TEST(ClientCounterTest, AClientsDatabaseWithoutCounterIsSeededOnce) {
     auto registry = OpenMemoryRegistry();
     if (c.next_client) {
       RegistryKey key;
-      ASSERT_EQ(registry->CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key), 0);
+      ASSERT_EQ(registry->CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key),
+                0);
       ASSERT_EQ(WriteDword(*registry, key, u"NextClient", *c.next_client), 0);
     }
     if (c.clients_exist) {
@@ -218,7 +220,8 @@ TEST_F(CatalogueTest, DeletingAClientTakesItsCatalogueButNotDefaultRatesNorEntri
   ASSERT_TRUE(AddEntry(entries, entry));
 
   prompt_.answers = {Answer::kNo};
-  EXPECT_EQ(DeleteClient(catalogue_, prompt_, RecordOf(u"Acme")), DeleteOutcome::kDeclined);
+  EXPECT_EQ(DeleteClient(catalogue_, prompt_, RecordOf(u"Acme")),
+            DeleteOutcome::kDeclined);
   ASSERT_EQ(prompt_.shown.size(), 1u);
   const auto& question = prompt_.shown[0];
   EXPECT_EQ(question.title, u"Quillora");
@@ -231,13 +234,15 @@ TEST_F(CatalogueTest, DeletingAClientTakesItsCatalogueButNotDefaultRatesNorEntri
   EXPECT_EQ(Clients(), "Acme:1 Other:2 ");
 
   prompt_.answers = {Answer::kYes};
-  EXPECT_EQ(DeleteClient(catalogue_, prompt_, RecordOf(u"Acme")), DeleteOutcome::kDeleted);
+  EXPECT_EQ(DeleteClient(catalogue_, prompt_, RecordOf(u"Acme")),
+            DeleteOutcome::kDeleted);
   EXPECT_EQ(Clients(), "Other:2 ");
   EXPECT_EQ(ProjectTexts(acme), "");
   EXPECT_EQ(Names(catalogue_.tasks, acme) + Names(catalogue_.contacts, acme), "");
   EXPECT_TRUE(RatesOf(catalogue_.rates, acme).empty());
   EXPECT_EQ(ProjectTexts(other), "Web/Design ");
-  EXPECT_EQ(Names(catalogue_.tasks, other) + Names(catalogue_.contacts, other), "Call Ann ");
+  EXPECT_EQ(Names(catalogue_.tasks, other) + Names(catalogue_.contacts, other),
+            "Call Ann ");
   EXPECT_EQ(RatesOf(catalogue_.rates, other).size(), 1u);
   EXPECT_EQ(RatesOf(catalogue_.rates, 0).size(), 1u);
   TimeEntry read;
@@ -285,7 +290,8 @@ TEST_F(CatalogueTest, ASavedEntryGrowsTheCatalogueOnce) {
   e.currency = u"EUR";
   e.custom1 = u"c1";
   e.custom3 = u"c3";
-  for (int save = 0; save < 2; ++save) ASSERT_TRUE(GrowCatalogue(catalogue_, *locale_, e));
+  for (int save = 0; save < 2; ++save)
+    ASSERT_TRUE(GrowCatalogue(catalogue_, *locale_, e));
   EXPECT_EQ(ProjectTexts(acme), "Web/Design ");
   EXPECT_EQ(Names(catalogue_.tasks, acme), "") << "a task with a project stays there";
   EXPECT_EQ(Names(catalogue_.contacts, acme), "Ann ");
@@ -306,8 +312,8 @@ TEST_F(CatalogueTest, ASavedEntryGrowsTheCatalogueOnce) {
   EXPECT_EQ(Clients(), "Acme:1 ") << "a client is never added by an entry";
   EXPECT_EQ(Values(ValueListKind::kPhase), "Phase 1 Phase 2 ");
   EXPECT_EQ(Values(ValueListKind::kCurrency), "EUR ");
-  EXPECT_EQ(Values(ValueListKind::kCustom1) + "|" + Values(ValueListKind::kCustom2) + "|" +
-                Values(ValueListKind::kCustom3),
+  EXPECT_EQ(Values(ValueListKind::kCustom1) + "|" + Values(ValueListKind::kCustom2) +
+                "|" + Values(ValueListKind::kCustom3),
             "c1 ||c3 ");
 }
 

@@ -49,7 +49,8 @@ ClientId TakeNextClientNumber(AuxStore& aux) {
 }
 
 bool SeedCounter(AuxStore& aux, ClientId value) {
-  return aux.WriteProps(0, {CounterKind(), PropValue::Number(kPropNextClient, value)}) != 0;
+  return aux.WriteProps(0, {CounterKind(), PropValue::Number(kPropNextClient, value)}) !=
+         0;
 }
 
 bool ClientStore::Open(std::uint32_t flags, const NotificationRequest* request) {
@@ -106,7 +107,8 @@ int ReadClient(ClientStore& clients, Client* client) {
 }
 
 ClientId ClientNumberOf(ClientStore& clients, ObjectId record_id) {
-  if (record_id == 0 || clients.Seek(SeekType::kObjectId, record_id) != record_id) return 0;
+  if (record_id == 0 || clients.Seek(SeekType::kObjectId, record_id) != record_id)
+    return 0;
   const std::vector<PropId> wanted = {kPropClientId};
   PropList props;
   if (clients.ReadProps(&wanted, &props) == 0 || props.empty() ||

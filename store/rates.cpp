@@ -64,13 +64,24 @@ int ReadRate(RateStore& rates, Rate* rate) {
   rate->record_id = id;
   for (PropValue& v : props) {
     switch (v.id) {
-      case kPropClientId: rate->client = static_cast<ClientId>(v.number); break;
-      case kPropRateValue: rate->value = static_cast<std::uint32_t>(v.number); break;
-      case kPropRateType: rate->type = static_cast<std::uint16_t>(v.number); break;
-      case kPropRateDescription: rate->description = std::move(v.text); break;
+      case kPropClientId:
+        rate->client = static_cast<ClientId>(v.number);
+        break;
+      case kPropRateValue:
+        rate->value = static_cast<std::uint32_t>(v.number);
+        break;
+      case kPropRateType:
+        rate->type = static_cast<std::uint16_t>(v.number);
+        break;
+      case kPropRateDescription:
+        rate->description = std::move(v.text);
+        break;
       // Only a stored 1 is true.
-      case kPropRateFlag: rate->flag = v.number == 1; break;
-      default: break;
+      case kPropRateFlag:
+        rate->flag = v.number == 1;
+        break;
+      default:
+        break;
     }
   }
   return 0;
@@ -87,7 +98,9 @@ std::vector<Rate> RatesOf(RateStore& rates, ClientId client) {
   return list;
 }
 
-bool DeleteRate(RateStore& rates, ObjectId record_id) { return rates.DeleteRecord(record_id); }
+bool DeleteRate(RateStore& rates, ObjectId record_id) {
+  return rates.DeleteRecord(record_id);
+}
 
 const std::u16string& RateTypeName(std::uint16_t type) {
   static const std::u16string kNone;
@@ -144,7 +157,8 @@ bool ParseRateText(const std::u16string& text, double* value) {
   if (digits == 0) return false;
   // from_chars reads like the C library's strtod, whatever locale is set.
   double parsed = 0;
-  const auto [ptr, ec] = std::from_chars(narrow.data(), narrow.data() + narrow.size(), parsed);
+  const auto [ptr, ec] =
+      std::from_chars(narrow.data(), narrow.data() + narrow.size(), parsed);
   if (ec != std::errc() || ptr != narrow.data() + narrow.size()) return false;
   if (!(parsed * 100.0 < kRateLimit)) return false;
   *value = parsed;
@@ -152,7 +166,8 @@ bool ParseRateText(const std::u16string& text, double* value) {
 }
 
 std::u16string CheckRate(RateStore& rates, const Locale& locale, const RateInput& input) {
-  if (input.type < 0 || input.type >= kRateTypeCount) return LoadString(kIdsSelectRateType);
+  if (input.type < 0 || input.type >= kRateTypeCount)
+    return LoadString(kIdsSelectRateType);
   if (input.description.empty()) return LoadString(kIdsEnterRateDescription);
   double value = 0;
   if (!ParseRateText(input.value_text, &value)) return LoadString(kIdsInvalidRate);

@@ -41,7 +41,7 @@ TEST_F(RatesTest, ValuesAreStoredInHundredthsTruncated) {
     std::uint32_t stored;
     const char* label;
   } cases[] = {
-      {1.15, 114, "(1.14)"},   // 1.15 * 100 is just below 115
+      {1.15, 114, "(1.14)"},  // 1.15 * 100 is just below 115
       {25.5, 2550, "(25.50)"},
       {0.29, 28, "(0.28)"},
       {12.5, 1250, "(12.50)"},
@@ -103,11 +103,13 @@ TEST_F(RatesTest, TreesListDefaultRatesThenClients) {
   EXPECT_EQ(TreeText(SetupRateTree(rates_, catalogue_.clients)),
             "(Default Rates): Base (50.00) Normal Rate, Friends (5.00) Discount Rate\n"
             "Acme: Rush (90.25) Overtime Rate\nBare:\nZeta:\n");
-  EXPECT_EQ(TreeText(ChooserRateTree(rates_, catalogue_.clients, u"Acme")),
-            "custom\n(Default Rates): Base (50.00) Normal Rate, Friends (5.00) Discount Rate\n"
-            "Acme: Rush (90.25) Overtime Rate\n");
+  EXPECT_EQ(
+      TreeText(ChooserRateTree(rates_, catalogue_.clients, u"Acme")),
+      "custom\n(Default Rates): Base (50.00) Normal Rate, Friends (5.00) Discount Rate\n"
+      "Acme: Rush (90.25) Overtime Rate\n");
   EXPECT_EQ(TreeText(ChooserRateTree(rates_, catalogue_.clients, u"Nobody")),
-            "custom\n(Default Rates): Base (50.00) Normal Rate, Friends (5.00) Discount Rate\n");
+            "custom\n(Default Rates): Base (50.00) Normal Rate, Friends (5.00) Discount "
+            "Rate\n");
   EXPECT_EQ(RateTypeName(5), u"");
 }
 
@@ -117,13 +119,15 @@ TEST(RateTextTest, AcceptsNumbersWithUpToTwoDecimals) {
     bool ok;
     double value;
   } cases[] = {
-      {u"25", true, 25},        {u"25.5", true, 25.5},  {u"12.50", true, 12.5},
-      {u".75", true, 0.75},     {u"3.", true, 3},       {u" 1.15 ", true, 1.15},
-      {u"1.155", false, 0},     {u"", false, 0},        {u".", false, 0},
-      {u"-1", false, 0},        {u"+1", false, 0},      {u"1,5", false, 0},
-      {u"1e2", false, 0},       {u"1.2.3", false, 0},   {u"abc", false, 0},
-      {u"42949672.95", true, 42949672.95},              {u"42949672.96", false, 0},
-      {u"\uff11", false, 0},
+      {u"25", true, 25},          {u"25.5", true, 25.5},
+      {u"12.50", true, 12.5},     {u".75", true, 0.75},
+      {u"3.", true, 3},           {u" 1.15 ", true, 1.15},
+      {u"1.155", false, 0},       {u"", false, 0},
+      {u".", false, 0},           {u"-1", false, 0},
+      {u"+1", false, 0},          {u"1,5", false, 0},
+      {u"1e2", false, 0},         {u"1.2.3", false, 0},
+      {u"abc", false, 0},         {u"42949672.95", true, 42949672.95},
+      {u"42949672.96", false, 0}, {u"\uff11", false, 0},
   };
   for (const auto& c : cases) {
     double value = -7;
@@ -139,7 +143,8 @@ TEST_F(RatesTest, TheSetupPageChecksInItsOrder) {
   AddRate(rates_, kRateNormal, 60, 0, u"Default", false);
   const std::u16string kType = u"Please select a type.";
   const std::u16string kDescription = u"Please enter a description.";
-  const std::u16string kValue = u"This is not a valid rate. Rate can have up to 2 decimal places.";
+  const std::u16string kValue =
+      u"This is not a valid rate. Rate can have up to 2 decimal places.";
   const std::u16string kDuplicate =
       u"This type of rate with this description already exists for this client. Please "
       u"either choose a different type or alter the description.";
@@ -147,14 +152,10 @@ TEST_F(RatesTest, TheSetupPageChecksInItsOrder) {
     RateInput input;
     std::u16string message;
   } cases[] = {
-      {{-1, u"", u"x", 4, 0}, kType},
-      {{5, u"New", u"1", 4, 0}, kType},
-      {{0, u"", u"x", 4, 0}, kDescription},
-      {{0, u"New", u"1.001", 4, 0}, kValue},
-      {{0, u"New", u"", 4, 0}, kValue},
-      {{0, u"Std", u"70", 4, 0}, kDuplicate},
-      {{0, u"Std", u"bad", 4, 0}, kValue},
-      {{0, u"Default", u"1", 0, 0}, kDuplicate},
+      {{-1, u"", u"x", 4, 0}, kType},         {{5, u"New", u"1", 4, 0}, kType},
+      {{0, u"", u"x", 4, 0}, kDescription},   {{0, u"New", u"1.001", 4, 0}, kValue},
+      {{0, u"New", u"", 4, 0}, kValue},       {{0, u"Std", u"70", 4, 0}, kDuplicate},
+      {{0, u"Std", u"bad", 4, 0}, kValue},    {{0, u"Default", u"1", 0, 0}, kDuplicate},
       {{0, u"Std", u"70", 4, std_rate}, u""},  // editing the rate itself
       {{1, u"Std", u"70", 4, 0}, u""},         // another type
       {{0, u"std", u"70", 4, 0}, u""},         // letter case counts

@@ -42,21 +42,24 @@ TEST_F(CatalogueCliTest, ClientsAreNumberedOnceAndListedByName) {
   EXPECT_EQ(Ok({"client", "add", "Acme"}), "2\n");
   Refused({"client", "add", "Acme"}, "A client named \"Acme\" already exists.");
   Refused({"client", "add", ""}, "Please enter some text. Blank is not allowed.");
-  Refused({"client", "rename", "Acme", "Zeta"}, "A client named \"Zeta\" already exists.");
+  Refused({"client", "rename", "Acme", "Zeta"},
+          "A client named \"Zeta\" already exists.");
   Refused({"client", "rename", "Nobody", "X"}, "There is no client named \"Nobody\".");
   EXPECT_EQ(Ok({"client", "rename", "Zeta", "Beta"}), "");
   EXPECT_EQ(Ok({"client", "list"}), "Acme\t2\nBeta\t1\n");
 
   const RunResult declined = Run({"client", "delete", "Acme"});
   EXPECT_EQ(declined.status, 1) << "no terminal answers No";
-  EXPECT_EQ(declined.err,
-            "Quillora: This will also delete all associated projects, tasks, contacts, and "
-            "rates. However, time entries are preserved. Are you sure? [y/n] n\n");
+  EXPECT_EQ(
+      declined.err,
+      "Quillora: This will also delete all associated projects, tasks, contacts, and "
+      "rates. However, time entries are preserved. Are you sure? [y/n] n\n");
   EXPECT_EQ(Ok({"--yes", "client", "delete", "Acme"}), "");
   EXPECT_EQ(Ok({"client", "add", "Acme"}), "3\n") << "numbers are never reused";
 
-  for (const Args& bad : {Args{"client"}, Args{"client", "add"}, Args{"client", "list", "x"},
-                          Args{"client", "rename", "a"}, Args{"client", "drop", "a"}}) {
+  for (const Args& bad :
+       {Args{"client"}, Args{"client", "add"}, Args{"client", "list", "x"},
+        Args{"client", "rename", "a"}, Args{"client", "drop", "a"}}) {
     EXPECT_EQ(Run(bad).status, 2) << bad.size();
   }
 }
@@ -67,7 +70,8 @@ TEST_F(CatalogueCliTest, TheCounterOfAnOlderDataStoreStartsAtNextClient) {
     std::string error;
     ASSERT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
     RegistryKey key;
-    ASSERT_EQ(data.registry->CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key), 0);
+    ASSERT_EQ(
+        data.registry->CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key), 0);
     ASSERT_EQ(WriteDword(*data.registry, key, u"NextClient", 40), 0);
     DatabaseInfo info;
     info.name = u"Quillora Clients";
@@ -85,7 +89,8 @@ TEST_F(CatalogueCliTest, ProjectsTasksAndContacts) {
   Ok({"project", "add", "Acme", "Web", "Design"});
   Ok({"project", "add", "Acme", "web"});
   Ok({"task", "add", "Acme", "Build", "--project", "Web"});
-  Refused({"project", "add", "Acme", "Web"}, "This project already exists for this client.");
+  Refused({"project", "add", "Acme", "Web"},
+          "This project already exists for this client.");
   Refused({"project", "add", "Acme", "Web", "Design"},
           "This task already exists in this project.");
   Refused({"project", "add", "Nobody", "Web"}, "There is no client named \"Nobody\".");
@@ -96,7 +101,8 @@ TEST_F(CatalogueCliTest, ProjectsTasksAndContacts) {
   Refused({"task", "add", "Acme", "Call"}, "This task already exists for this client.");
   Ok({"contact", "add", "Acme", "Ann"});
   Ok({"contact", "add", "Acme", "Bob"});
-  Refused({"contact", "add", "Acme", ""}, "Please enter some text. Blank is not allowed.");
+  Refused({"contact", "add", "Acme", ""},
+          "Please enter some text. Blank is not allowed.");
   EXPECT_EQ(Ok({"contact", "delete", "Acme", "Ann"}), "") << "no question for a contact";
   Refused({"contact", "delete", "Acme", "Ann"},
           "There is no contact named \"Ann\" for this client.");
@@ -118,9 +124,10 @@ TEST_F(CatalogueCliTest, ProjectsTasksAndContacts) {
 TEST_F(CatalogueCliTest, RatesFollowTheSetupPagesRules) {
   Ok({"client", "add", "Acme"});
   Ok({"client", "add", "Bare"});
-  Ok({"rate", "add", "--default", "--type", "Normal", "--description", "Base", "--value", "50"});
-  Ok({"rate", "add", "--client", "Acme", "--type", "1", "--description", "Rush", "--value",
-      "1.15", "--flag"});
+  Ok({"rate", "add", "--default", "--type", "Normal", "--description", "Base", "--value",
+      "50"});
+  Ok({"rate", "add", "--client", "Acme", "--type", "1", "--description", "Rush",
+      "--value", "1.15", "--flag"});
   Ok({"rate", "add", "--client", "Acme", "--type", "Weekend Rate", "--description", "Sat",
       "--value", "25.5"});
   const std::string tree =
@@ -153,11 +160,12 @@ TEST_F(CatalogueCliTest, RatesFollowTheSetupPagesRules) {
           "There is no such rate for this client.");
   EXPECT_EQ(Ok({"rate", "list"}), tree) << "refusals store nothing";
 
-  Ok({"rate", "update", rush[0], rush[1], "--type", "Overtime", rush[2], rush[3], "--value",
-      "99"});
+  Ok({"rate", "update", rush[0], rush[1], "--type", "Overtime", rush[2], rush[3],
+      "--value", "99"});
   Ok({"rate", "delete", "--client", "Acme", "--type", "weekend", "--description", "Sat"});
   EXPECT_EQ(Ok({"rate", "list", "--client", "Acme"}),
-            "(Default Rates)\n\tBase (50.00)\tNormal Rate\nAcme\n\tRush (99.00)\tOvertime Rate\n");
+            "(Default Rates)\n\tBase (50.00)\tNormal Rate\nAcme\n\tRush "
+            "(99.00)\tOvertime Rate\n");
 
   // Deleting the client takes its rates, never the default ones.
   Ok({"--yes", "client", "delete", "Acme"});
@@ -166,8 +174,8 @@ TEST_F(CatalogueCliTest, RatesFollowTheSetupPagesRules) {
   for (const Args& bad :
        {Args{"rate", "add", "--type", "0", "--description", "X", "--value", "1"},
         Args{"rate", "add", "--default", "--client", "Bare", "--type", "0"},
-        Args{"rate", "add", "--default", "--type", "Hourly"}, Args{"rate", "list", "--flag"},
-        Args{"rate", "list", "extra"}}) {
+        Args{"rate", "add", "--default", "--type", "Hourly"},
+        Args{"rate", "list", "--flag"}, Args{"rate", "list", "extra"}}) {
     EXPECT_EQ(Run(bad).status, 2) << bad[1] << " " << bad[2];
   }
 }
@@ -200,7 +208,8 @@ TEST_F(CatalogueCliTest, ValueListsHoldEachTextOnce) {
   Ok({"value", "add", "currency", "EUR"});
   Ok({"value", "add", "phase", "EUR"});
   Refused({"value", "add", "currency", "EUR"}, "\"EUR\" is already in the list.");
-  Refused({"value", "add", "custom2", ""}, "Please enter some text. Blank is not allowed.");
+  Refused({"value", "add", "custom2", ""},
+          "Please enter some text. Blank is not allowed.");
   EXPECT_EQ(Ok({"value", "list", "currency"}), "EUR\nUSD\n");
   EXPECT_EQ(Run({"value", "delete", "currency", "EUR"}).status, 1) << "asks, no terminal";
   Ok({"--yes", "value", "delete", "currency", "EUR"});

@@ -51,7 +51,8 @@ std::unique_ptr<Session> OpenSession(CliContext& context) {
 // The positional words after the subcommand, with the usage checked: exactly
 // `count` words, or from `count` to `count + optional`.
 std::optional<std::vector<std::string>> Words(Arguments& args, const char* usage,
-                                              std::size_t count, std::size_t optional = 0) {
+                                              std::size_t count,
+                                              std::size_t optional = 0) {
   auto words = args.Positionals();
   if (!args.error().empty()) {
     UsageError(args.error());
@@ -127,9 +128,12 @@ int RunClient(CliContext& context, Arguments& args) {
     return kExitDone;
   }
   switch (DeleteClient(*s->catalogue, s->prompt(), client.record_id)) {
-    case DeleteOutcome::kDeleted: return kExitDone;
-    case DeleteOutcome::kDeclined: return kExitFailed;
-    case DeleteOutcome::kFailed: break;
+    case DeleteOutcome::kDeleted:
+      return kExitDone;
+    case DeleteOutcome::kDeclined:
+      return kExitFailed;
+    case DeleteOutcome::kFailed:
+      break;
   }
   return s->Fail(u"Unable to delete the client.");
 }
@@ -138,7 +142,8 @@ int RunClient(CliContext& context, Arguments& args) {
 
 int RunProject(CliContext& context, Arguments& args) {
   const std::string sub = Subcommand(args);
-  const char* usage = "project add CLIENT PROJECT [TASK] | delete CLIENT PROJECT | list CLIENT";
+  const char* usage =
+      "project add CLIENT PROJECT [TASK] | delete CLIENT PROJECT | list CLIENT";
   std::optional<std::vector<std::string>> w;
   if (sub == "add") {
     w = Words(args, usage, 2, 1);
@@ -181,12 +186,17 @@ int RunProject(CliContext& context, Arguments& args) {
   const auto list = ProjectsOf(projects, locale, client.number);
   if (std::none_of(list.begin(), list.end(),
                    [&](const Project& p) { return locale.Equal(p.name, project); })) {
-    return s->Fail(u"There is no project named " + Quoted(project) + u" for this client.");
+    return s->Fail(u"There is no project named " + Quoted(project) +
+                   u" for this client.");
   }
-  switch (DeleteProjectAsked(*s->catalogue, s->prompt(), locale, client.number, project)) {
-    case DeleteOutcome::kDeleted: return kExitDone;
-    case DeleteOutcome::kDeclined: return kExitFailed;
-    case DeleteOutcome::kFailed: break;
+  switch (
+      DeleteProjectAsked(*s->catalogue, s->prompt(), locale, client.number, project)) {
+    case DeleteOutcome::kDeleted:
+      return kExitDone;
+    case DeleteOutcome::kDeclined:
+      return kExitFailed;
+    case DeleteOutcome::kFailed:
+      break;
   }
   return s->Fail(u"Unable to delete the project.");
 }
@@ -196,9 +206,10 @@ int RunProject(CliContext& context, Arguments& args) {
 
 int RunItems(CliContext& context, Arguments& args, bool tasks) {
   const std::string sub = Subcommand(args);
-  const char* usage = tasks ? "task add|delete CLIENT TASK [--project NAME] | list CLIENT "
-                              "[--project NAME]"
-                            : "contact add|delete CLIENT NAME | list CLIENT";
+  const char* usage = tasks
+                          ? "task add|delete CLIENT TASK [--project NAME] | list CLIENT "
+                            "[--project NAME]"
+                          : "contact add|delete CLIENT NAME | list CLIENT";
   const std::optional<std::string> project_arg =
       tasks ? args.Value("--project") : std::nullopt;
   std::optional<std::vector<std::string>> w;
@@ -240,17 +251,18 @@ int RunItems(CliContext& context, Arguments& args, bool tasks) {
   }
   if (sub == "add") {
     if (!CheckNameText(s->prompt(), name)) return kExitFailed;
-    if (project_arg && !CheckNameText(s->prompt(), FromUtf8(*project_arg))) return kExitFailed;
+    if (project_arg && !CheckNameText(s->prompt(), FromUtf8(*project_arg)))
+      return kExitFailed;
     if (std::any_of(items.begin(), items.end(),
                     [&](const CatalogueItem& i) { return locale.Equal(i.name, name); })) {
       return s->Fail(u"This " + what +
                      (project_arg ? u" already exists in this project."
                                   : u" already exists for this client."));
     }
-    const ObjectId id =
-        project_arg ? AddProject(s->catalogue->projects, locale, client.number,
-                                 FromUtf8(*project_arg), name)
-                    : AddItem(store, locale, client.number, name);
+    const ObjectId id = project_arg
+                            ? AddProject(s->catalogue->projects, locale, client.number,
+                                         FromUtf8(*project_arg), name)
+                            : AddItem(store, locale, client.number, name);
     if (id == 0) return s->Fail(u"Unable to save the " + what + u".");
     return kExitDone;
   }
@@ -266,8 +278,12 @@ int RunItems(CliContext& context, Arguments& args, bool tasks) {
   return kExitDone;
 }
 
-int RunTask(CliContext& context, Arguments& args) { return RunItems(context, args, true); }
-int RunContact(CliContext& context, Arguments& args) { return RunItems(context, args, false); }
+int RunTask(CliContext& context, Arguments& args) {
+  return RunItems(context, args, true);
+}
+int RunContact(CliContext& context, Arguments& args) {
+  return RunItems(context, args, false);
+}
 
 // rate add|update|delete (--default | --client NAME) --type TYPE --description TEXT
 //      [--value TEXT] [--flag] | list [--client NAME]
@@ -280,7 +296,8 @@ std::optional<int> ParseRateType(const std::string& text) {
   };
   const std::string wanted = lower(text);
   for (int type = 0; type < kRateTypeCount; ++type) {
-    const std::string full = lower(ToUtf8(RateTypeName(static_cast<std::uint16_t>(type))));
+    const std::string full =
+        lower(ToUtf8(RateTypeName(static_cast<std::uint16_t>(type))));
     if (wanted == std::to_string(type) || wanted == full ||
         wanted == full.substr(0, full.find(' '))) {
       return type;
@@ -356,7 +373,8 @@ int RunRate(CliContext& context, Arguments& args) {
     if (input.type < 0) return s->Fail(LoadString(kIdsSelectRateType));
     if (input.description.empty()) return s->Fail(LoadString(kIdsEnterRateDescription));
     if (input.record_id == 0) return s->Fail(u"There is no such rate for this client.");
-    if (!DeleteRate(rates, input.record_id)) return s->Fail(u"Unable to delete the rate.");
+    if (!DeleteRate(rates, input.record_id))
+      return s->Fail(u"Unable to delete the rate.");
     return kExitDone;
   }
   const std::u16string message = CheckRate(rates, *s->locale, input);
@@ -381,8 +399,10 @@ int RunRate(CliContext& context, Arguments& args) {
 
 std::optional<ValueListKind> ParseValueKind(const std::string& text) {
   static const std::pair<const char*, ValueListKind> kKinds[] = {
-      {"phase", ValueListKind::kPhase},     {"currency", ValueListKind::kCurrency},
-      {"custom1", ValueListKind::kCustom1}, {"custom2", ValueListKind::kCustom2},
+      {"phase", ValueListKind::kPhase},
+      {"currency", ValueListKind::kCurrency},
+      {"custom1", ValueListKind::kCustom1},
+      {"custom2", ValueListKind::kCustom2},
       {"custom3", ValueListKind::kCustom3}};
   for (const auto& [name, kind] : kKinds) {
     if (text == name) return kind;
@@ -393,7 +413,8 @@ std::optional<ValueListKind> ParseValueKind(const std::string& text) {
 int RunValue(CliContext& context, Arguments& args) {
   const std::string sub = Subcommand(args);
   const char* usage =
-      "value add|delete phase|currency|custom1|custom2|custom3 TEXT | list KIND | clear KIND";
+      "value add|delete phase|currency|custom1|custom2|custom3 TEXT | list KIND | clear "
+      "KIND";
   std::optional<std::vector<std::string>> w;
   if (sub == "add" || sub == "delete") {
     w = Words(args, usage, 2);
@@ -417,9 +438,10 @@ int RunValue(CliContext& context, Arguments& args) {
   std::vector<ValueItem> items = ValueList(aux, *kind);
   if (sub == "list") {
     // As the editor's sorted drop-downs show them.
-    std::stable_sort(items.begin(), items.end(), [&](const ValueItem& a, const ValueItem& b) {
-      return locale->Compare(a.text, b.text) < 0;
-    });
+    std::stable_sort(items.begin(), items.end(),
+                     [&](const ValueItem& a, const ValueItem& b) {
+                       return locale->Compare(a.text, b.text) < 0;
+                     });
     for (const ValueItem& item : items) PrintLine(item.text);
     return kExitDone;
   }
@@ -435,7 +457,8 @@ int RunValue(CliContext& context, Arguments& args) {
   if (sub == "add") {
     if (!CheckNameText(*context.prompt, text)) return kExitFailed;
     if (present) return context.Fail(Quoted(text) + u" is already in the list.");
-    if (!AddValue(aux, *locale, *kind, text)) return context.Fail(u"Unable to save the item.");
+    if (!AddValue(aux, *locale, *kind, text))
+      return context.Fail(u"Unable to save the item.");
     return kExitDone;
   }
   if (!present) return context.Fail(Quoted(text) + u" is not in the list.");
@@ -465,9 +488,9 @@ const Command kTaskCommand = {
     "add, delete or list a client's tasks (or a project's)",
     "Without --project the client's own task list; with it the tasks of that project.",
     RunTask};
-const Command kContactCommand = {"contact", "contact add|delete CLIENT NAME | list CLIENT",
-                                 "add, delete or list a client's bill-to contacts", "",
-                                 RunContact};
+const Command kContactCommand = {
+    "contact", "contact add|delete CLIENT NAME | list CLIENT",
+    "add, delete or list a client's bill-to contacts", "", RunContact};
 const Command kRateCommand = {
     "rate",
     "rate add|update|delete (--default | --client NAME) --type TYPE --description TEXT "
