@@ -151,10 +151,12 @@ enum class DeleteOutcome { kDeleted, kDeclined, kFailed };
 //
 // A client: its projects, tasks, contacts and rates, then its record. A client
 // whose number is 0 (added while the counter was missing) loses only its
-// record, never the default rates.
+// record, never the default rates. kFailed when the client record cannot be
+// deleted.
 DeleteOutcome DeleteClient(Catalogue& catalogue, UserPrompt& prompt,
                            ObjectId client_record);
-// A project: every record of the client with that project name.
+// A project: every record of the client with that project name; kFailed
+// when there was none.
 DeleteOutcome DeleteProjectAsked(Catalogue& catalogue, UserPrompt& prompt,
                                  const Locale& locale, ClientId client,
                                  const std::u16string& project);
@@ -163,7 +165,8 @@ DeleteOutcome DeleteProjectAsked(Catalogue& catalogue, UserPrompt& prompt,
 // the catalogue, its project (with the task), its task (when there is no
 // project) and its bill-to are added for that client; then the phase,
 // currency and custom fields join their value lists. Nothing is added twice
-// and no empty name is added. False when a store cannot be opened.
+// and no empty name is added. False when "Quillora Data 2" cannot be opened;
+// the five catalogue stores must be open.
 bool GrowCatalogue(Catalogue& catalogue, const Locale& locale, const TimeEntry& entry);
 
 // The name dialog's rule: an empty text shows "Please enter some text. Blank
