@@ -25,6 +25,12 @@ inline constexpr PropId kPropItemName = MakePropId(1101, kPropString);
 inline constexpr PropId kPropListKind = MakePropId(1102, kPropUI2);
 inline constexpr PropId kPropClientId = MakePropId(1201, kPropUI4);
 
+// The number of a client, carried by every project, task, contact and rate
+// record; never reused. Rates of client number 0 are the default rates.
+using ClientId = std::uint32_t;
+
+class Registry;
+
 class RecordStore {
  public:
   explicit RecordStore(ObjectStore& volume) : volume_(volume) {}
@@ -98,14 +104,24 @@ QUILLORA_RECORD_STORE(ProjectStore, kIdsProjectsDatabase, 79990005, kPropClientI
 QUILLORA_RECORD_STORE(TaskStore, kIdsTasksDatabase, 79990006, kPropClientId, {{kPropClientId, 0}});
 QUILLORA_RECORD_STORE(ContactStore, kIdsContactsDatabase, 79990007, kPropClientId, {{kPropClientId, 0}});
 
-// Clients, by name. The catalogue gives it its own opening rule.
+// Clients, by name. Opening it also makes sure that "Quillora Data 2" holds the
+// client-number counter (store/client_store.cpp): a new clients database
+// starts the counter at 1; an existing one without a counter takes the
+// registry's "NextClient" once. Without a registry an existing database's
+// missing counter is left missing, so that a later opening with the registry
+// can still carry "NextClient" over.
 class ClientStore : public RecordStore {
  public:
-  using RecordStore::RecordStore;
+  explicit ClientStore(ObjectStore& volume, Registry* registry = nullptr)
+      : RecordStore(volume), registry_(registry) {}
+  bool Open(std::uint32_t flags = 0, const NotificationRequest* request = nullptr) override;
   int NameId() const override { return kIdsClientsDatabase; }
   std::uint32_t DatabaseType() const override { return 79990004; }
   std::vector<SortOrder> SortOrders() const override { return {{kPropClientName, 0}}; }
   PropId OpenSortProperty() const override { return kPropClientName; }
+
+ private:
+  Registry* registry_;
 };
 
 #undef QUILLORA_RECORD_STORE

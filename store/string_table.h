@@ -21,6 +21,30 @@ enum StringId : int {
   kIdsWeekendRate = 122,
   kIdsFixedRate = 123,
   kIdsDiscountRate = 124,
+  // The catalogue.
+  kIdsNewClient = 1300,             // "New Client"
+  kIdsEnterClientName = 1301,       // "Enter Client Name:"
+  kIdsEnterProjectName = 1302,
+  kIdsEnterTaskName = 1303,
+  kIdsEnterContactName = 1304,
+  kIdsClientNameRequired = 1305,    // "Please enter a client name.  You cannot ..."
+  kIdsDeleteItemQuestion = 1306,    // "Are you sure to permanently delete this item?"
+  kIdsDeleteListQuestion = 1307,    // "Are you to delete the entire list?"
+  kIdsMigrateProjects = 1308,       // "Check Projects to migrate:"
+  kIdsMigrateTasks = 1309,
+  kIdsDeleteClientQuestion = 1310,  // "This will also delete all associated ..."
+  kIdsDeleteProjectQuestion = 1311, // "Are you sure to delete this project and ..."
+  kIdsBlankName = 1312,             // "Please enter some text. Blank is not allowed."
+  kIdsProjectsGroup = 1313,         // "Projects", "Tasks", "Contacts": tree groups
+  kIdsTasksGroup = 1314,
+  kIdsContactsGroup = 1315,
+  // Rates.
+  kIdsDefaultRates = 1400,          // "(Default Rates)"
+  kIdsCustomRate = 1401,            // "(Custom Rate)"
+  kIdsSelectRateType = 1402,        // "Please select a type."
+  kIdsEnterRateDescription = 1403,  // "Please enter a description."
+  kIdsInvalidRate = 1404,           // "This is not a valid rate. ..."
+  kIdsDuplicateRate = 1405,         // "This type of rate with this description ..."
   kIdsCustom1Label = 5012,     // "Custom 1"
   kIdsCustom2Label = 5013,
   kIdsCustom3Label = 5014,

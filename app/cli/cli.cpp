@@ -24,6 +24,12 @@ const Command* const kCommands[] = {
     &kDeleteCommand,
     &kFilterCommand,
     &kSettingsCommand,
+    &kClientCommand,
+    &kProjectCommand,
+    &kTaskCommand,
+    &kContactCommand,
+    &kRateCommand,
+    &kValueCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

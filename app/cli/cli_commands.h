@@ -11,6 +11,12 @@ extern const Command kShowCommand;
 extern const Command kDeleteCommand;
 extern const Command kFilterCommand;
 extern const Command kSettingsCommand;
+extern const Command kClientCommand;
+extern const Command kProjectCommand;
+extern const Command kTaskCommand;
+extern const Command kContactCommand;
+extern const Command kRateCommand;
+extern const Command kValueCommand;
 
 }  // namespace quillora
 
