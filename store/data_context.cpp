@@ -14,6 +14,16 @@ bool OpenDataContext(const std::string& folder, DataContext* context, std::strin
     return false;
   }
   LoadSettings(*context->registry, &context->settings);
+  context->locale = Locale::FromEnvironment();
+  return true;
+}
+
+bool OpenCatalogue(DataContext* context) {
+  if (context->catalogue) return true;
+  if (!context->volume) return false;
+  auto catalogue = std::make_unique<Catalogue>(*context->volume, context->registry.get());
+  if (!catalogue->Open()) return false;
+  context->catalogue = std::move(catalogue);
   return true;
 }
 

@@ -6,8 +6,10 @@
 #include <memory>
 #include <string>
 
+#include "platform/locale.h"
 #include "platform/object_store.h"
 #include "platform/registry.h"
+#include "store/catalogue.h"
 #include "store/settings.h"
 
 namespace quillora {
@@ -16,12 +18,19 @@ struct DataContext {
   std::unique_ptr<ObjectStore> volume;
   std::unique_ptr<Registry> registry;
   Settings settings;
+  std::unique_ptr<Locale> locale;        // the user's locale profile
+  std::unique_ptr<Catalogue> catalogue;  // set by OpenCatalogue
 };
 
 // Creates the folder when missing (0700), opens its volume and registry
-// (created 0600 when missing) and loads the settings. False with a reason in
-// `error` when any of them cannot be opened; a damaged file is left as it is.
+// (created 0600 when missing), loads the settings and the locale. False with
+// a reason in `error` when any of them cannot be opened; a damaged file is
+// left as it is.
 bool OpenDataContext(const std::string& folder, DataContext* context, std::string* error);
+
+// Opens the five catalogue stores of an open context (once); false when one
+// of them cannot be opened.
+bool OpenCatalogue(DataContext* context);
 
 }  // namespace quillora
 

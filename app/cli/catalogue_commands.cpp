@@ -21,8 +21,8 @@ namespace {
 // What one catalogue command works with once the data is open.
 struct Session {
   CliContext& context;
-  std::unique_ptr<Catalogue> catalogue;
-  std::unique_ptr<Locale> locale = Locale::FromEnvironment();
+  Catalogue* catalogue;
+  const Locale* locale;
 
   UserPrompt& prompt() { return *context.prompt; }
   int Fail(const std::u16string& text) { return context.Fail(text); }
@@ -37,15 +37,9 @@ struct Session {
 
 // Opens the data and the five catalogue stores; null after showing why.
 std::unique_ptr<Session> OpenSession(CliContext& context) {
-  if (!context.OpenData()) return nullptr;
-  auto session = std::make_unique<Session>(Session{context, nullptr});
-  session->catalogue =
-      std::make_unique<Catalogue>(*context.data.volume, context.data.registry.get());
-  if (!session->catalogue->Open()) {
-    context.Fail(u"Unable to load database.");
-    return nullptr;
-  }
-  return session;
+  if (!context.OpenCatalogue()) return nullptr;
+  return std::make_unique<Session>(
+      Session{context, context.data.catalogue.get(), context.data.locale.get()});
 }
 
 // The positional words after the subcommand, with the usage checked: exactly
@@ -429,7 +423,7 @@ int RunValue(CliContext& context, Arguments& args) {
   if (!context.OpenData()) return kExitFailed;
   AuxStore aux(*context.data.volume);
   if (!aux.Open()) return context.Fail(u"Unable to load database.");
-  const auto locale = Locale::FromEnvironment();
+  const Locale* locale = context.data.locale.get();
   auto ask = [&](int question) {
     return context.prompt->Ask(kAppTitle, LoadString(question), MessageIcon::kWarning,
                                QuestionButtons::kYesNo, Answer::kNo) != Answer::kNo;

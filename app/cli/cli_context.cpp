@@ -17,6 +17,13 @@ bool CliContext::OpenData() {
   return true;
 }
 
+bool CliContext::OpenCatalogue() {
+  if (!OpenData()) return false;
+  if (quillora::OpenCatalogue(&data)) return true;
+  prompt->ShowMessage(kAppTitle, u"Unable to load database.", MessageIcon::kError);
+  return false;
+}
+
 int CliContext::Fail(const std::u16string& text) {
   prompt->ShowMessage(kAppTitle, text, MessageIcon::kError);
   return kExitFailed;

@@ -27,6 +27,9 @@ struct CliContext {
   // Opens the data folder: volume, registry, settings. On failure shows "Unable to load
   // database." and answers false; nothing in the folder is changed.
   bool OpenData();
+  // OpenData, then the five catalogue stores; the same message on failure.
+  bool OpenCatalogue();
+  const Locale& locale() const { return *data.locale; }
   // Shows a message titled "Quillora" with the error icon and answers 1.
   int Fail(const std::u16string& text);
 };
