@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -68,8 +69,8 @@ void PrintCommandHelp(const Command& c) {
   if (*c.details) std::printf("\n%s\n", c.details);
 }
 
-// No command: the data folder is opened (created on first use) and its state
-// told; the window takes over here once it is built.
+// No command and no display: the data folder is opened (created on first
+// use) and its state told, with the way to the window.
 int StartWithoutCommand(CliContext& context) {
   if (!context.OpenData()) return kExitFailed;
   EntryStore entries(*context.data.volume);
@@ -78,13 +79,23 @@ int StartWithoutCommand(CliContext& context) {
   context.data.volume->GetDatabaseInfo(entries.database_id(), &info);
   std::printf("Quillora %s\nData folder: %s\nTime entries: %u\n", QUILLORA_VERSION,
               context.data_folder.c_str(), info.record_count);
-  std::printf("Run 'quillora --help' for the commands.\n");
+  std::printf(
+      "The window needs a display (DISPLAY or WAYLAND_DISPLAY); run 'quillora' from a\n"
+      "desktop session to open it, or 'quillora --help' for the commands.\n");
   return kExitDone;
+}
+
+bool DisplayAvailable() {
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    const char* value = std::getenv(name);
+    if (value && *value) return true;
+  }
+  return false;
 }
 
 }  // namespace
 
-int RunCli(int argc, char** argv) {
+int RunCli(int argc, char** argv, WindowStarter start_window) {
   std::string data_folder;
   bool assume_yes = false;
   int i = 1;
@@ -117,9 +128,23 @@ int RunCli(int argc, char** argv) {
   context.prompt = &prompt;
   context.clock = &clock;
 
-  if (i >= argc) return StartWithoutCommand(context);
+  if (i >= argc) {
+    if (DisplayAvailable() && start_window) {
+      return start_window(argc, argv, context.data_folder, {});
+    }
+    return StartWithoutCommand(context);
+  }
   const Command* command = FindCommand(argv[i]);
-  if (command == nullptr) return UsageError(std::string("unknown command ") + argv[i]);
+  if (command == nullptr) {
+    // A file given instead of a command goes to the window (a backup or an
+    // archive to restore).
+    const std::string word = argv[i];
+    if (i + 1 == argc && word.find('.') != std::string::npos && DisplayAvailable() &&
+        start_window) {
+      return start_window(argc, argv, context.data_folder, {word});
+    }
+    return UsageError("unknown command " + word);
+  }
   std::vector<std::string> words(argv + i + 1, argv + argc);
   for (const std::string& w : words) {
     if (w == "--help") {

@@ -1,0 +1,48 @@
+#include "app/gui/gui_main.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include "app/gui/main_window.h"
+#include "app/gui/single_instance.h"
+#include "store/string_table.h"
+
+namespace quillora {
+
+int RunWindow(int argc, char** argv, const std::string& data_folder,
+              const std::vector<std::string>& paths) {
+  QApplication app(argc, argv);
+  QApplication::setApplicationName("Quillora");
+  QApplication::setApplicationDisplayName("Quillora");
+  QStringList arguments;
+  for (const std::string& p : paths) arguments << QString::fromStdString(p);
+
+  SingleInstance instance;
+  if (instance.HandOver(arguments)) return 0;
+  instance.Listen();
+
+  DataContext data;
+  std::string error;
+  SystemClock clock;
+  std::unique_ptr<MainWindow> window;
+  if (OpenDataContext(data_folder, &data, &error)) {
+    window = std::make_unique<MainWindow>(data, clock);
+    if (!window->Open()) window.reset();
+  }
+  if (!window) {
+    QMessageBox::critical(nullptr, "Quillora", "Unable to load database.");
+    return 1;
+  }
+  QObject::connect(&instance, &SingleInstance::CommandLineReceived, window.get(),
+                   [&window](const QStringList& handed) {
+                     window->showNormal();
+                     window->raise();
+                     window->activateWindow();
+                     window->HandleCommandLine(handed);
+                   });
+  window->show();
+  window->HandleCommandLine(arguments);
+  return QApplication::exec();
+}
+
+}  // namespace quillora

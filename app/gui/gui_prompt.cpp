@@ -1,0 +1,108 @@
+#include "app/gui/gui_prompt.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+
+namespace quillora {
+namespace {
+
+QString Q(const std::u16string& text) {
+  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QMessageBox::Icon QtIcon(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kInformation: return QMessageBox::Information;
+    case MessageIcon::kExclamation:
+    case MessageIcon::kWarning: return QMessageBox::Warning;
+    case MessageIcon::kError: return QMessageBox::Critical;
+    case MessageIcon::kQuestion: return QMessageBox::Question;
+    case MessageIcon::kNone: break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+}  // namespace
+
+QString QtFileFilter(const std::u16string& device_filter) {
+  const QStringList parts = Q(device_filter).split('|', Qt::SkipEmptyParts);
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) filters << parts[i];
+  return filters.join(";;");
+}
+
+void GuiPrompt::ShowMessage(const std::u16string& title, const std::u16string& text,
+                            MessageIcon icon) {
+  QMessageBox box(QtIcon(icon), Q(title), Q(text), QMessageBox::Ok, parent_);
+  box.exec();
+}
+
+Answer GuiPrompt::Ask(const std::u16string& title, const std::u16string& text,
+                      MessageIcon icon, QuestionButtons buttons, Answer default_answer) {
+  const bool yes_no = buttons == QuestionButtons::kYesNo;
+  QMessageBox box(QtIcon(icon), Q(title), Q(text),
+                  yes_no ? QMessageBox::Yes | QMessageBox::No
+                         : QMessageBox::Ok | QMessageBox::Cancel,
+                  parent_);
+  const auto qt_default = [&] {
+    switch (default_answer) {
+      case Answer::kYes: return QMessageBox::Yes;
+      case Answer::kNo: return QMessageBox::No;
+      case Answer::kOk: return QMessageBox::Ok;
+      case Answer::kCancel: break;
+    }
+    return QMessageBox::Cancel;
+  }();
+  box.setDefaultButton(qt_default);
+  switch (box.exec()) {
+    case QMessageBox::Yes: return Answer::kYes;
+    case QMessageBox::No: return Answer::kNo;
+    case QMessageBox::Ok: return Answer::kOk;
+    default: return yes_no ? Answer::kNo : Answer::kCancel;
+  }
+}
+
+std::optional<std::string> GuiPrompt::ChooseFileToOpen(const FileChooser& chooser) {
+  const QString path = QFileDialog::getOpenFileName(parent_, Q(chooser.title), QString(),
+                                                    QtFileFilter(chooser.filter));
+  if (path.isEmpty()) return std::nullopt;
+  return path.toStdString();
+}
+
+std::optional<std::string> GuiPrompt::ChooseFileToSave(const FileChooser& chooser) {
+  QFileDialog dialog(parent_, Q(chooser.title), QString(), QtFileFilter(chooser.filter));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(Q(chooser.default_extension));
+  if (!(chooser.flags & kFileOverwritePrompt)) {
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  }
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    return std::nullopt;
+  }
+  return dialog.selectedFiles().first().toStdString();
+}
+
+void GuiPrompt::BeginProgress(const std::u16string& title, int total) {
+  progress_ = new QProgressDialog(Q(title), QString(), 0, total, parent_);
+  progress_->setWindowTitle(Q(title));
+  progress_->setWindowModality(Qt::WindowModal);
+  progress_->setMinimumDuration(0);
+  progress_->setAttribute(Qt::WA_DeleteOnClose);
+  progress_->show();
+  QApplication::processEvents();
+}
+
+void GuiPrompt::StepProgress(int position, const std::u16string& text) {
+  if (!progress_) return;
+  progress_->setValue(position);
+  progress_->setLabelText(Q(text));
+  // The window keeps painting between records.
+  QApplication::processEvents();
+}
+
+void GuiPrompt::EndProgress() {
+  if (progress_) progress_->close();
+}
+
+}  // namespace quillora

@@ -1,0 +1,39 @@
+// The window's answers to the logic's messages and questions: message boxes
+// titled as the logic asks, the desktop's file dialogs, and a modal progress
+// dialog that keeps the window painting between records.
+#ifndef QUILLORA_APP_GUI_GUI_PROMPT_H_
+#define QUILLORA_APP_GUI_GUI_PROMPT_H_
+
+#include <QPointer>
+#include <QProgressDialog>
+#include <QWidget>
+
+#include "platform/user_prompt.h"
+
+namespace quillora {
+
+class GuiPrompt : public UserPrompt {
+ public:
+  explicit GuiPrompt(QWidget* parent) : parent_(parent) {}
+
+  void ShowMessage(const std::u16string& title, const std::u16string& text,
+                   MessageIcon icon) override;
+  Answer Ask(const std::u16string& title, const std::u16string& text, MessageIcon icon,
+             QuestionButtons buttons, Answer default_answer) override;
+  std::optional<std::string> ChooseFileToOpen(const FileChooser& chooser) override;
+  std::optional<std::string> ChooseFileToSave(const FileChooser& chooser) override;
+  void BeginProgress(const std::u16string& title, int total) override;
+  void StepProgress(int position, const std::u16string& text) override;
+  void EndProgress() override;
+
+ private:
+  QWidget* parent_;
+  QPointer<QProgressDialog> progress_;
+};
+
+// "CSV Files (*.csv)|*.csv|" as a Qt filter: "CSV Files (*.csv)".
+QString QtFileFilter(const std::u16string& device_filter);
+
+}  // namespace quillora
+
+#endif  // QUILLORA_APP_GUI_GUI_PROMPT_H_

@@ -1,0 +1,205 @@
+// The window offscreen: what the week view lists and draws, the period bar,
+// a change made by another process, deletion, and the single-copy hand-over.
+#include <QPaintEngine>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "app/gui/main_window.h"
+#include "app/gui/single_instance.h"
+#include "tests/fake_prompt.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+// A paint device that records the text drawn and the pen it was drawn with.
+class RecordingEngine : public QPaintEngine {
+ public:
+  RecordingEngine() : QPaintEngine(QPaintEngine::AllFeatures) {}
+  bool begin(QPaintDevice*) override { return true; }
+  bool end() override { return true; }
+  void updateState(const QPaintEngineState& state) override {
+    if (state.state() & QPaintEngine::DirtyPen) pen_ = state.pen().color();
+  }
+  void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override { ++pixmaps; }
+  void drawTextItem(const QPointF&, const QTextItem& item) override {
+    texts << item.text();
+    colours << pen_;
+  }
+  void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
+  void drawPath(const QPainterPath&) override {}
+  Type type() const override { return QPaintEngine::User; }
+
+  QStringList texts;
+  QList<QColor> colours;
+  int pixmaps = 0;
+
+ private:
+  QColor pen_;
+};
+
+class RecordingDevice : public QPaintDevice {
+ public:
+  QPaintEngine* paintEngine() const override { return &engine; }
+  int metric(PaintDeviceMetric m) const override {
+    switch (m) {
+      case PdmWidth: return 400;
+      case PdmHeight: return 600;
+      case PdmDpiX: case PdmDpiY: case PdmPhysicalDpiX: case PdmPhysicalDpiY: return 96;
+      case PdmDepth: return 32;
+      case PdmDevicePixelRatio: return 1;
+      case PdmDevicePixelRatioScaled: return static_cast<int>(devicePixelRatioFScale());
+      default: return 0;
+    }
+  }
+  mutable RecordingEngine engine;
+};
+
+FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
+  FileTime ft = 0;
+  SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft);
+  return ft;
+}
+
+class MainWindowTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<testing::TempDir> dir_;
+  std::unique_ptr<DataContext> data_;
+  std::unique_ptr<FixedClock> clock_;
+  std::unique_ptr<MainWindow> window_;
+  testing::FakePrompt prompt_;
+
+  ObjectId Add(FileTime start, const char16_t* task, bool billable, bool paid) {
+    EntryStore store(*data_->volume);
+    store.Open();
+    TimeEntry e;
+    e.start = start;
+    e.client = u"Acme";
+    e.task = task;
+    e.duration = 150;
+    e.billable = billable;
+    e.paid = paid;
+    AddEntry(store, e);
+    return store.current_record_id();
+  }
+
+  QStringList ShownFirstLines() const {
+    QStringList lines;
+    auto* model = window_->entry_model();
+    for (int r = 0; r < model->rowCount(); ++r) {
+      lines << model->data(model->index(r), Qt::DisplayRole).toString().section('\n', 0, 0);
+    }
+    return lines;
+  }
+
+ private slots:
+  void init() {
+    dir_ = std::make_unique<testing::TempDir>();
+    data_ = std::make_unique<DataContext>();
+    std::string error;
+    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
+    data_->settings.display.paid_colour = 5;  // FF0000
+    // Saturday 2026-11-21; the week runs from Sunday the 15th.
+    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 21, 10, 0, 0));
+    Add(At(2026, 11, 15), u"At the week's start", true, true);
+    Add(At(2026, 11, 18, 9, 0, 1), u"Wednesday", true, false);
+    Add(At(2026, 11, 22), u"Next week", false, false);
+    Add(At(2026, 11, 14, 23, 59, 59), u"Last week", false, false);
+    window_ = std::make_unique<MainWindow>(*data_, *clock_);
+    window_->SetPrompt(&prompt_);
+    QVERIFY(window_->Open());
+  }
+
+  void cleanup() {
+    window_.reset();
+    data_.reset();
+    dir_.reset();
+  }
+
+  void WeekViewListsThePeriodsEntries() {
+    QCOMPARE(window_->entry_model()->rowCount(), 2);
+    QCOMPARE(window_->period_bar()->caption(), QString("Week Of Nov 15, 2026"));
+    QCOMPARE(ShownFirstLines(),
+             QStringList({"11/15/2026 1.50h", "11/18/2026 1.50h (9:00 AM)"}));
+  }
+
+  void PeriodBarMovesBetweenWeeks() {
+    window_->period_bar()->next_button()->click();
+    QCOMPARE(ShownFirstLines(), QStringList({"11/22/2026 1.50h"}));
+    window_->period_bar()->previous_button()->click();
+    window_->period_bar()->previous_button()->click();
+    QCOMPARE(ShownFirstLines(), QStringList({"11/14/2026 1.50h"}));
+    window_->period_bar()->today_button()->click();
+    QCOMPARE(window_->entry_model()->rowCount(), 2);
+    window_->action("view1")->trigger();  // Day
+    QCOMPARE(window_->period().Kind(), PeriodKind::kDay);
+    QCOMPARE(window_->entry_model()->rowCount(), 0);
+    QCOMPARE(data_->settings.view, 1u);
+  }
+
+  void TheListDrawsTheLinesInTheStatusColour() {
+    window_->resize(400, 600);
+    window_->show();
+    RecordingDevice device;
+    QPainter painter(&device);
+    QStyleOptionViewItem option;
+    option.initFrom(window_->entry_list());
+    option.rect = QRect(0, 0, 400, 80);
+    option.font = window_->entry_list()->font();
+    option.fontMetrics = QFontMetrics(option.font);
+    auto* delegate = window_->entry_list()->itemDelegate();
+    delegate->paint(&painter, option, window_->entry_model()->index(0));
+    painter.end();
+    QCOMPARE(device.engine.texts, QStringList({"11/15/2026 1.50h", "At the week's start"}));
+    QCOMPARE(device.engine.colours.first(), QColor(0xFF, 0x00, 0x00));
+  }
+
+  void AChangeFromAnotherProcessShowsUp() {
+    std::string error;
+    auto other = OpenSqliteObjectStore(dir_->File("data") + "/quillora.db", &error);
+    QVERIFY(other);
+    EntryStore store(*other);
+    QVERIFY(store.Open());
+    TimeEntry e;
+    e.start = At(2026, 11, 20, 8, 0, 1);
+    e.task = u"From the command line";
+    QVERIFY(AddEntry(store, e));
+    window_->PollExternalChanges();
+    QCOMPARE(window_->entry_model()->rowCount(), 3);
+  }
+
+  void DeletingAsksFirst() {
+    window_->entry_list()->setCurrentIndex(window_->entry_model()->index(1));
+    prompt_.answers = {Answer::kNo};
+    window_->action("deleteEntry")->trigger();
+    QCOMPARE(window_->entry_model()->rowCount(), 2);
+    prompt_.answers = {Answer::kYes};
+    window_->action("deleteEntry")->trigger();
+    QTRY_COMPARE(window_->entry_model()->rowCount(), 1);
+    QCOMPARE(prompt_.shown.back().text, std::u16string(u"Are you sure to permanently delete this item?"));
+  }
+
+  void ALaterStartHandsItsCommandLineOver() {
+    testing::TempDir sockets;
+    const QString path = QString::fromStdString(sockets.File("q.sock"));
+    SingleInstance later(path);
+    QVERIFY2(!later.HandOver({"x.qrd"}), "nobody runs yet");
+    SingleInstance first(path);
+    QVERIFY(first.Listen());
+    QSignalSpy spy(&first, &SingleInstance::CommandLineReceived);
+    QVERIFY(later.HandOver({"/tmp/a b.qrd"}));
+    QTRY_COMPARE(spy.count(), 1);
+    QCOMPARE(spy.at(0).at(0).toStringList(), QStringList({"/tmp/a b.qrd"}));
+    QVERIFY(later.HandOver({}));
+    QTRY_COMPARE(spy.count(), 2);
+    QVERIFY(spy.at(1).at(0).toStringList().isEmpty());
+  }
+};
+
+}  // namespace
+}  // namespace quillora
+
+QTEST_MAIN(quillora::MainWindowTest)
+#include "main_window_test.moc"

@@ -1,0 +1,71 @@
+#include "app/gui/single_instance.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QLocalSocket>
+
+namespace quillora {
+namespace {
+
+constexpr int kTimeoutMs = 2000;
+
+QString DefaultSocketPath() {
+  const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+  if (!runtime.isEmpty() && QDir(QString::fromLocal8Bit(runtime)).exists()) {
+    return QString::fromLocal8Bit(runtime) + "/quillora.sock";
+  }
+  return QDir::tempPath() + QString("/quillora-%1.sock").arg(getuid());
+}
+
+}  // namespace
+
+SingleInstance::SingleInstance(QString socket_path, QObject* parent)
+    : QObject(parent),
+      socket_path_(socket_path.isEmpty() ? DefaultSocketPath() : std::move(socket_path)) {
+  connect(&server_, &QLocalServer::newConnection, this, &SingleInstance::Accept);
+}
+
+bool SingleInstance::HandOver(const QStringList& arguments) {
+  QLocalSocket socket;
+  socket.connectToServer(socket_path_);
+  if (!socket.waitForConnected(kTimeoutMs)) return false;
+  // The words joined by NUL characters, UTF-8; an empty message only asks the
+  // running copy to come forward.
+  socket.write(arguments.join(QChar(0)).toUtf8());
+  socket.flush();
+  socket.disconnectFromServer();
+  if (socket.state() != QLocalSocket::UnconnectedState) {
+    socket.waitForDisconnected(kTimeoutMs);
+  }
+  return true;
+}
+
+bool SingleInstance::Listen() {
+  server_.setSocketOptions(QLocalServer::UserAccessOption);
+  if (!server_.listen(socket_path_)) {
+    // A socket left by a copy that crashed: nobody answers it.
+    QLocalSocket probe;
+    probe.connectToServer(socket_path_);
+    if (probe.waitForConnected(200)) return false;
+    QLocalServer::removeServer(socket_path_);
+    if (!server_.listen(socket_path_)) return false;
+  }
+  ::chmod(socket_path_.toLocal8Bit().constData(), 0600);
+  return true;
+}
+
+void SingleInstance::Accept() {
+  while (QLocalSocket* socket = server_.nextPendingConnection()) {
+    connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+    auto deliver = [this, socket] {
+      const QString text = QString::fromUtf8(socket->readAll());
+      emit CommandLineReceived(text.isEmpty() ? QStringList()
+                                              : text.split(QChar(0), Qt::KeepEmptyParts));
+    };
+    connect(socket, &QLocalSocket::disconnected, this, deliver);
+  }
+}
+
+}  // namespace quillora
