@@ -130,7 +130,7 @@ class MainWindowTest : public QObject {
     QCOMPARE(ShownFirstLines(), QStringList({"11/22/2026 1.50h"}));
     window_->period_bar()->previous_button()->click();
     window_->period_bar()->previous_button()->click();
-    QCOMPARE(ShownFirstLines(), QStringList({"11/14/2026 1.50h"}));
+    QCOMPARE(ShownFirstLines(), QStringList({"11/14/2026 1.50h (11:59 PM)"}));
     window_->period_bar()->today_button()->click();
     QCOMPARE(window_->entry_model()->rowCount(), 2);
     window_->action("view1")->trigger();  // Day
