@@ -5,7 +5,7 @@ JOBS ?= $(shell nproc)
 WERROR ?= OFF
 CMAKE_FLAGS ?=
 
-.PHONY: all deps configure build run test check-asan bench fuzz format clean
+.PHONY: all deps configure build run test check-asan bench fuzz screenshots format clean
 
 all: build
 
@@ -45,6 +45,9 @@ fuzz: deps
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=Debug \
 	  -DQUILLORA_FUZZ=ON
 	cmake --build build-fuzz -j $(JOBS)
+
+screenshots: build
+	./$(BUILD)/app/gui/quillora_screenshots docs/screenshots
 
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i
