@@ -20,8 +20,11 @@ namespace quillora {
 namespace {
 
 const Command* const kCommands[] = {
+    &kAddCommand,
+    &kEditCommand,
     &kShowCommand,
     &kDeleteCommand,
+    &kCopyCommand,
     &kFilterCommand,
     &kSettingsCommand,
     &kClientCommand,
