@@ -18,7 +18,9 @@ bool DayNumber(const SystemTime& date, std::uint64_t* day) {
   return true;
 }
 
-bool IsWeekend(const SystemTime& day) { return day.day_of_week == 0 || day.day_of_week == 6; }
+bool IsWeekend(const SystemTime& day) {
+  return day.day_of_week == 0 || day.day_of_week == 6;
+}
 
 }  // namespace
 

@@ -35,19 +35,39 @@ TEST(CopyDaysTest, RestOfWeekOrUpToADateWithOrWithoutTheWeekend) {
     bool weekend;
     std::string days;
   } cases[] = {
-      {MakeSystemTime(2026, 11, 18, 9, 30, 1), false, CopyRange::kRestOfWeek, {}, false,
+      {MakeSystemTime(2026, 11, 18, 9, 30, 1),
+       false,
+       CopyRange::kRestOfWeek,
+       {},
+       false,
        "11-19 11-20"},
-      {MakeSystemTime(2026, 11, 18), false, CopyRange::kRestOfWeek, {}, true,
+      {MakeSystemTime(2026, 11, 18),
+       false,
+       CopyRange::kRestOfWeek,
+       {},
+       true,
        "11-19 11-20 11-21"},
-      {MakeSystemTime(2026, 11, 18), true, CopyRange::kRestOfWeek, {}, true,
+      {MakeSystemTime(2026, 11, 18),
+       true,
+       CopyRange::kRestOfWeek,
+       {},
+       true,
        "11-19 11-20 11-21 11-22"},
-      {MakeSystemTime(2026, 11, 18), true, CopyRange::kRestOfWeek, {}, false,
+      {MakeSystemTime(2026, 11, 18),
+       true,
+       CopyRange::kRestOfWeek,
+       {},
+       false,
        "11-19 11-20"},
       // The last day of the week gets no copies.
       {MakeSystemTime(2026, 11, 21), false, CopyRange::kRestOfWeek, {}, true, ""},
       {MakeSystemTime(2026, 11, 22), true, CopyRange::kRestOfWeek, {}, true, ""},
       // A Sunday starts the week when weeks start on Sunday.
-      {MakeSystemTime(2026, 11, 22), false, CopyRange::kRestOfWeek, {}, false,
+      {MakeSystemTime(2026, 11, 22),
+       false,
+       CopyRange::kRestOfWeek,
+       {},
+       false,
        "11-23 11-24 11-25 11-26 11-27"},
       {MakeSystemTime(2026, 11, 18), false, CopyRange::kSpecificEndDate,
        MakeSystemTime(2026, 11, 24), false, "11-19 11-20 11-23 11-24"},
@@ -179,7 +199,8 @@ TEST_F(CopyEntryTest, TheDurationMustBeGivenAndNumeric) {
               CopyResult::kRefused)
         << ToUtf8(c.duration);
     EXPECT_TRUE(ids.empty());
-    EXPECT_EQ(prompt_.Texts(), std::vector<std::u16string>{c.message}) << ToUtf8(c.duration);
+    EXPECT_EQ(prompt_.Texts(), std::vector<std::u16string>{c.message})
+        << ToUtf8(c.duration);
   }
   CopyEntryDialog dialog = OpenCopyDialog(source_);
   dialog.SetDuration(u"1234567");

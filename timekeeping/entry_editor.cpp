@@ -104,11 +104,13 @@ void EntryEditor::FillBillingFromEntry() {
 
 std::vector<std::u16string> EntryEditor::Sorted(std::vector<std::u16string> items) const {
   const Locale& locale = services_.locale;
-  std::stable_sort(items.begin(), items.end(),
-                   [&](const auto& a, const auto& b) { return locale.Compare(a, b) < 0; });
-  items.erase(std::unique(items.begin(), items.end(),
-                          [&](const auto& a, const auto& b) { return locale.Equal(a, b); }),
-              items.end());
+  std::stable_sort(items.begin(), items.end(), [&](const auto& a, const auto& b) {
+    return locale.Compare(a, b) < 0;
+  });
+  items.erase(
+      std::unique(items.begin(), items.end(),
+                  [&](const auto& a, const auto& b) { return locale.Equal(a, b); }),
+      items.end());
   return items;
 }
 
@@ -161,9 +163,9 @@ void EntryEditor::SetDurationText(std::u16string_view text) {
 
 void EntryEditor::SetStart(std::optional<SystemTime> time_of_day) {
   if (time_of_day) {
-    general_.start = MakeSystemTime(general_.date.year, general_.date.month,
-                                    general_.date.day, time_of_day->hour,
-                                    time_of_day->minute, kStartTimeMark);
+    general_.start =
+        MakeSystemTime(general_.date.year, general_.date.month, general_.date.day,
+                       time_of_day->hour, time_of_day->minute, kStartTimeMark);
   } else {
     general_.start.reset();
   }
@@ -313,7 +315,8 @@ void EntryEditor::OpenBillingPage() {
 
 std::uint16_t EntryEditor::RateTypeShown() const {
   if (billing_.fixed) return kRateFixed;
-  return chosen_type_ == kRateFixed ? static_cast<std::uint16_t>(kRateNormal) : chosen_type_;
+  return chosen_type_ == kRateFixed ? static_cast<std::uint16_t>(kRateNormal)
+                                    : chosen_type_;
 }
 
 void EntryEditor::SetBillTo(std::u16string_view text) {
@@ -348,7 +351,8 @@ void EntryEditor::ChooseCustomRate() {
 }
 
 bool EntryEditor::ChooseRate(int group, int index) {
-  if (group < 0 || static_cast<std::size_t>(group) >= rate_tree_.groups.size()) return false;
+  if (group < 0 || static_cast<std::size_t>(group) >= rate_tree_.groups.size())
+    return false;
   const auto& rates = rate_tree_.groups[group].rates;
   if (index < 0 || static_cast<std::size_t>(index) >= rates.size()) return false;
   const Rate& rate = rates[index];
@@ -373,8 +377,8 @@ void EntryEditor::Calculate() {
   rate_typed_ = false;
   chosen_type_ = kRateNormal;
   entry_.rateType = billing_.fixed ? kRateFixed : kRateNormal;
-  billing_.total =
-      FormatAmountWithCurrency(billing_.currency, EntryAmount(entry_, services_.settings));
+  billing_.total = FormatAmountWithCurrency(billing_.currency,
+                                            EntryAmount(entry_, services_.settings));
 }
 
 void EntryEditor::WriteBilling() {
@@ -394,7 +398,8 @@ void EntryEditor::WriteBilling() {
 
 bool EntryEditor::LeaveBillingPage() {
   focus_ = EditorField::kNone;
-  if (!IsNumericText(billing_.rate)) return Refuse(kNumericOnlyMessage, EditorField::kRate);
+  if (!IsNumericText(billing_.rate))
+    return Refuse(kNumericOnlyMessage, EditorField::kRate);
   WriteBilling();
   return true;
 }
@@ -407,8 +412,8 @@ void EntryEditor::SetCustomField(int index, std::u16string_view text) {
 }
 
 std::vector<std::u16string> EntryEditor::CustomFieldList(int index) {
-  static constexpr ValueListKind kKinds[] = {ValueListKind::kCustom1, ValueListKind::kCustom2,
-                                             ValueListKind::kCustom3};
+  static constexpr ValueListKind kKinds[] = {
+      ValueListKind::kCustom1, ValueListKind::kCustom2, ValueListKind::kCustom3};
   if (index < 0 || index > 2) return {};
   return Sorted(ValueTexts(kKinds[index]));
 }
@@ -437,7 +442,8 @@ bool EntryEditor::Confirm() {
   entry_.custom1 = custom_.values[0];
   entry_.custom2 = custom_.values[1];
   entry_.custom3 = custom_.values[2];
-  if (!quillora::SetNote(&entry_, static_cast<std::int32_t>(note_.size()), note_.data())) {
+  if (!quillora::SetNote(&entry_, static_cast<std::int32_t>(note_.size()),
+                         note_.data())) {
     entry_.noteSize = 0;
   }
   return true;

@@ -242,8 +242,8 @@ class EntryEditor {
   std::vector<std::u16string> task_list_;
 
   BillingFields billing_;
-  bool rate_typed_ = false;       // the rate text is stored when the page is left
-  std::uint32_t rate_value_ = 0;  // the rate stored when the text was not typed
+  bool rate_typed_ = false;        // the rate text is stored when the page is left
+  std::uint32_t rate_value_ = 0;   // the rate stored when the text was not typed
   std::uint16_t chosen_type_ = 0;  // the type kept apart from "Fixed"
   std::vector<std::u16string> bill_to_list_;
   std::vector<std::u16string> currency_list_;

@@ -49,8 +49,10 @@ class EntryEditorTest : public ::testing::Test {
   void AddAcme() {
     acme_ = AddClient(catalogue_.clients, u"Acme");
     AddClient(catalogue_.clients, u"Beta");
-    for (auto [project, task] : {std::pair{u"Web", u""}, {u"Web", u"Design"},
-                                 {u"Web", u"Build"}, {u"Mobile", u""}}) {
+    for (auto [project, task] : {std::pair{u"Web", u""},
+                                 {u"Web", u"Design"},
+                                 {u"Web", u"Build"},
+                                 {u"Mobile", u""}}) {
       AddProject(catalogue_.projects, *locale_, acme_, project, task);
     }
     AddItem(catalogue_.tasks, *locale_, acme_, u"Admin");
@@ -104,8 +106,8 @@ TEST_F(EntryEditorTest, ConfirmChecksInOrderWithTheirMessagesAndFocus) {
     editor.SetDurationText(c.duration);
     editor.SetTask(c.task);
     editor.SetRateText(c.rate);
-    const std::string where = ToUtf8(c.client + u"|" + c.duration + u"|" + c.task + u"|" +
-                                     c.rate);
+    const std::string where =
+        ToUtf8(c.client + u"|" + c.duration + u"|" + c.task + u"|" + c.rate);
     EXPECT_EQ(editor.Save(entries_),
               c.message.empty() ? SaveResult::kSaved : SaveResult::kRefused)
         << where;
@@ -252,7 +254,7 @@ TEST_F(EntryEditorTest, StartFieldMarksOrClearsTheStartTime) {
   e.client = u"Acme";
   e.task = u"T";
   e.duration = 100;
-  e.recordId = 77;  // an existing entry
+  e.recordId = 77;                                           // an existing entry
   e.start = Ticks(MakeSystemTime(2026, 11, 18, 9, 12, 37));  // from a timer
   {
     EntryEditor editor(Services(), e);
@@ -307,7 +309,8 @@ TEST_F(EntryEditorTest, RateChoiceFixedAndCalculate) {
   ASSERT_EQ(tree.groups.size(), 2u);
   EXPECT_EQ(tree.groups[0].heading, u"(Default Rates)");
   EXPECT_EQ(tree.groups[1].heading, u"Acme");
-  EXPECT_EQ(editor.rate_choice(), (RateChoice{false, 1, 0})) << "the overtime rate matches";
+  EXPECT_EQ(editor.rate_choice(), (RateChoice{false, 1, 0}))
+      << "the overtime rate matches";
   EXPECT_FALSE(editor.billing().fixed_enabled);
   EXPECT_FALSE(editor.SetFixed(true));
 
@@ -418,7 +421,8 @@ TEST_F(EntryEditorTest, SavingAddsOrRewritesAndGrowsTheCatalogue) {
   EXPECT_EQ(stored[0].noteSize, 0);
   EXPECT_EQ(Joined([&] {
               std::vector<std::u16string> names;
-              for (const auto& t : ItemsOf(catalogue_.tasks, acme_)) names.push_back(t.name);
+              for (const auto& t : ItemsOf(catalogue_.tasks, acme_))
+                names.push_back(t.name);
               return names;
             }()),
             "Admin,Design")
@@ -430,7 +434,8 @@ TEST_F(EntryEditorTest, SavingAddsOrRewritesAndGrowsTheCatalogue) {
   EntryEditor lost(Services(), gone);
   prompt_.shown.clear();
   EXPECT_EQ(lost.Save(entries_), SaveResult::kFailed);
-  EXPECT_EQ(prompt_.Texts(), std::vector<std::u16string>{u"Unable to save the time entry."});
+  EXPECT_EQ(prompt_.Texts(),
+            std::vector<std::u16string>{u"Unable to save the time entry."});
 }
 
 }  // namespace

@@ -75,11 +75,13 @@ class EntryCliTest : public ::testing::Test {
 TEST_F(EntryCliTest, AddStoresEveryFieldAndShowPrintsIt) {
   Ok({"client", "add", "Acme"});
   const std::string id =
-      Add({"--date", "2026-11-16", "--start", "09:15", "--client", "Acme", "--project",
-           "Web", "--phase", "Draft", "--task", "Design", "--duration", "1.5", "--billable",
-           "--paid", "--bill-to", "Bob", "--rate", "60", "--rate-type", "Overtime",
-           "--currency", "EUR", "--custom1", "a", "--custom2", "b", "--custom3", "c",
-           "--note", "first\\nsecond"});
+      Add({"--date",      "2026-11-16",    "--start",    "09:15",     "--client",
+           "Acme",        "--project",     "Web",        "--phase",   "Draft",
+           "--task",      "Design",        "--duration", "1.5",       "--billable",
+           "--paid",      "--bill-to",     "Bob",        "--rate",    "60",
+           "--rate-type", "Overtime",      "--currency", "EUR",       "--custom1",
+           "a",           "--custom2",     "b",          "--custom3", "c",
+           "--note",      "first\\nsecond"});
   EXPECT_EQ(Ok({"show", id}),
             "recordId=" + id +
                 "\nstart=2026-11-16T09:15:01\nclient=Acme\nproject=Web\nphase=Draft\n"
@@ -141,23 +143,24 @@ TEST_F(EntryCliTest, TypedNumbersAreReadAsTheEditorReadsThem) {
       {"1.23456", "99.99", "123", "9999"},  // the field keeps 6 characters
   };
   for (const Case& c : cases) {
-    const auto e = Show(Add({"--client", "Acme", "--task", "T", "--duration", c.duration,
-                             "--rate", c.rate}));
+    const auto e = Show(Add(
+        {"--client", "Acme", "--task", "T", "--duration", c.duration, "--rate", c.rate}));
     EXPECT_EQ(e.at("duration"), c.hundredths) << c.duration;
     EXPECT_EQ(e.at("rate"), c.rate_hundredths) << c.rate;
   }
   Ok({"settings", "set", "DefNewStyles", "0x4000"});
   Ok({"settings", "set", "MinTime", "15"});
-  EXPECT_EQ(Show(Add({"--client", "A", "--task", "T", "--duration", "0.3"})).at("duration"),
-            "50");
+  EXPECT_EQ(
+      Show(Add({"--client", "A", "--task", "T", "--duration", "0.3"})).at("duration"),
+      "50");
 }
 
 TEST_F(EntryCliTest, OverlongTextsAreCutAtTheirFieldLimits) {
   const std::string long_text(300, 'x');
-  const auto e = Show(Add({"--client", long_text, "--project", long_text, "--phase",
-                           long_text, "--task", long_text, "--bill-to", long_text,
-                           "--currency", long_text, "--custom1", long_text, "--duration",
-                           "1"}));
+  const auto e =
+      Show(Add({"--client", long_text, "--project", long_text, "--phase", long_text,
+                "--task", long_text, "--bill-to", long_text, "--currency", long_text,
+                "--custom1", long_text, "--duration", "1"}));
   for (const char* field : {"client", "project", "phase", "task", "billTo", "custom1"}) {
     EXPECT_EQ(e.at(field), std::string(127, 'x')) << field;
   }
@@ -183,9 +186,10 @@ TEST_F(EntryCliTest, StartAndEndGiveTheDurationAsTheDialogDoes) {
 TEST_F(EntryCliTest, EditChangesOnlyTheFieldsGiven) {
   Ok({"client", "add", "Acme"});
   const std::string id =
-      Add({"--date", "2026-11-16", "--start", "09:15", "--client", "Acme", "--project",
-           "Web", "--task", "Design", "--duration", "1.5", "--rate", "60", "--rate-type",
-           "Fixed", "--note", "keep me", "--custom2", "c2"});
+      Add({"--date",     "2026-11-16", "--start", "09:15",     "--client",
+           "Acme",       "--project",  "Web",     "--task",    "Design",
+           "--duration", "1.5",        "--rate",  "60",        "--rate-type",
+           "Fixed",      "--note",     "keep me", "--custom2", "c2"});
   const auto before = Show(id);
 
   EXPECT_EQ(Ok({"edit", id, "--paid"}), "");
@@ -194,7 +198,8 @@ TEST_F(EntryCliTest, EditChangesOnlyTheFieldsGiven) {
   after["paid"] = before.at("paid");
   EXPECT_EQ(after, before);
 
-  Ok({"edit", id, "--date", "2026-11-17", "--project", "", "--duration", "2", "--note", ""});
+  Ok({"edit", id, "--date", "2026-11-17", "--project", "", "--duration", "2", "--note",
+      ""});
   after = Show(id);
   EXPECT_EQ(after.at("start"), "2026-11-17T09:15:01");
   EXPECT_EQ(after.at("project"), "");
@@ -212,7 +217,8 @@ TEST_F(EntryCliTest, EditChangesOnlyTheFieldsGiven) {
 
   RunResult r = Run({"edit", id, "--task", ""});
   EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err, "Quillora: Please enter a task name.  You cannot have a blank Task field.\n");
+  EXPECT_EQ(r.err,
+            "Quillora: Please enter a task name.  You cannot have a blank Task field.\n");
   r = Run({"edit", "999", "--paid"});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.err, "Quillora: There is no time entry with record id 999.\n");
@@ -235,8 +241,8 @@ TEST_F(EntryCliTest, SavedEntriesGrowTheCatalogue) {
 TEST_F(EntryCliTest, NotesFromAFile) {
   const std::string path = dir_.File("note.txt");
   std::ofstream(path, std::ios::binary) << "\xEF\xBB\xBFline \xC3\xA9\nnext\r\n";
-  const auto e = Show(Add({"--client", "A", "--task", "T", "--duration", "1",
-                           "--note-file", path}));
+  const auto e =
+      Show(Add({"--client", "A", "--task", "T", "--duration", "1", "--note-file", path}));
   EXPECT_EQ(e.at("note"), "line \xC3\xA9\\r\\nnext");
   const RunResult r = Run({"add", "--client", "A", "--task", "T", "--duration", "1",
                            "--note-file", dir_.File("missing.txt")});
@@ -271,9 +277,9 @@ TEST_F(EntryCliTest, UsageErrors) {
 }
 
 TEST_F(EntryCliTest, CopyPrintsTheCopiesInDateOrder) {
-  const std::string id = Add({"--date", "2026-11-18", "--start", "08:30", "--client", "Acme",
-                              "--task", "Standup", "--duration", "0.25", "--rate", "80",
-                              "--note", "daily"});
+  const std::string id =
+      Add({"--date", "2026-11-18", "--start", "08:30", "--client", "Acme", "--task",
+           "Standup", "--duration", "0.25", "--rate", "80", "--note", "daily"});
   const std::string week = Ok({"copy", id, "--rest-of-week"});
   std::vector<std::string> ids;
   for (std::size_t at = 0; at < week.size();) {
@@ -294,8 +300,8 @@ TEST_F(EntryCliTest, CopyPrintsTheCopiesInDateOrder) {
 
   Ok({"settings", "set", "DefNewStyles", "0x4008"});  // Monday first, granularity
   Ok({"settings", "set", "MinTime", "30"});
-  const std::string weekend = Ok({"copy", id, "--rest-of-week", "--include-weekend",
-                                  "--duration", "0.6"});
+  const std::string weekend =
+      Ok({"copy", id, "--rest-of-week", "--include-weekend", "--duration", "0.6"});
   EXPECT_EQ(std::count(weekend.begin(), weekend.end(), '\n'), 4) << "Thursday to Sunday";
   const std::string last = weekend.substr(weekend.rfind('\n', weekend.size() - 2) + 1);
   const auto sunday = Show(last.substr(0, last.size() - 1));

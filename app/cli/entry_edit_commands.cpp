@@ -58,12 +58,14 @@ std::optional<SystemTime> ParseTime(const std::string& text) {
 
 // "0".."4" or the type's first word, any letter case.
 std::optional<std::uint16_t> ParseRateType(const std::string& text) {
-  static const char* const kWords[] = {"normal", "overtime", "weekend", "fixed", "discount"};
+  static const char* const kWords[] = {"normal", "overtime", "weekend", "fixed",
+                                       "discount"};
   if (text.size() == 1 && text[0] >= '0' && text[0] <= '4') {
     return static_cast<std::uint16_t>(text[0] - '0');
   }
   std::string lower;
-  for (char c : text) lower += static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+  for (char c : text)
+    lower += static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
   for (std::uint16_t i = 0; i < 5; ++i) {
     if (lower == kWords[i]) return i;
   }
@@ -102,7 +104,8 @@ std::u16string NoteFromArgument(const std::string& text) {
 // breaks at its end are not part of the note.
 std::u16string NoteFromFile(std::string bytes) {
   if (bytes.rfind("\xEF\xBB\xBF", 0) == 0) bytes.erase(0, 3);
-  while (!bytes.empty() && (bytes.back() == '\n' || bytes.back() == '\r')) bytes.pop_back();
+  while (!bytes.empty() && (bytes.back() == '\n' || bytes.back() == '\r'))
+    bytes.pop_back();
   return NoteLines(FromUtf8(bytes));
 }
 
@@ -158,7 +161,8 @@ void TakeFields(Arguments& args, FieldOptions* f) {
     if (!f->rate_type) args.Fail("not a rate type: " + *v);
   }
   f->currency = args.Value("--currency");
-  for (int i = 0; i < 3; ++i) f->custom[i] = args.Value("--custom" + std::to_string(i + 1));
+  for (int i = 0; i < 3; ++i)
+    f->custom[i] = args.Value("--custom" + std::to_string(i + 1));
   f->note = args.Value("--note");
   f->note_file = args.Value("--note-file");
 
@@ -289,7 +293,8 @@ int Copy(CliContext& context, Arguments& args) {
     end_date = ParseDate(*until);
     if (!end_date) args.Fail("not a date (YYYY-MM-DD): " + *until);
   }
-  if (rest_of_week == until.has_value()) args.Fail("give one of --rest-of-week and --until");
+  if (rest_of_week == until.has_value())
+    args.Fail("give one of --rest-of-week and --until");
   ObjectId id = 0;
   if (const int status = TakeId(args, &id)) return status;
   if (!context.OpenData()) return kExitFailed;
@@ -306,8 +311,8 @@ int Copy(CliContext& context, Arguments& args) {
   if (duration) dialog.SetDuration(FromUtf8(*duration));
   std::vector<ObjectId> copies;
   const CopyResult result =
-      CopyEntry(store, source, dialog, context.data.settings, context.locale().AnsiCodePage(),
-                *context.prompt, &copies);
+      CopyEntry(store, source, dialog, context.data.settings,
+                context.locale().AnsiCodePage(), *context.prompt, &copies);
   for (ObjectId copy : copies) std::printf("%u\n", copy);
   return result == CopyResult::kCopied ? kExitDone : kExitFailed;
 }
@@ -331,9 +336,11 @@ constexpr char kFieldsHelp[] =
 const Command kAddCommand = {"add", "add [FIELDS]",
                              "add a time entry; prints its record id", kFieldsHelp, Add};
 const Command kEditCommand = {"edit", "edit ID [FIELDS]",
-                              "change the fields given of one time entry", kFieldsHelp, Edit};
+                              "change the fields given of one time entry", kFieldsHelp,
+                              Edit};
 const Command kCopyCommand = {
-    "copy", "copy ID (--rest-of-week | --until DATE) [--include-weekend] [--duration TEXT]",
+    "copy",
+    "copy ID (--rest-of-week | --until DATE) [--include-weekend] [--duration TEXT]",
     "copy a time entry to the following days; prints the copies' record ids",
     "Saturdays and Sundays get a copy only with --include-weekend. The duration of\n"
     "the copies is the entry's own unless --duration gives another.",
