@@ -45,6 +45,23 @@ const std::u16string& LoadString(int id) {
       {kIdsDuplicateRate,
        u"This type of rate with this description already exists for this client. "
        u"Please either choose a different type or alter the description."},
+      {kIdsTaskNameRequired,
+       u"Please enter a task name.  You cannot have a blank Task field."},
+      {kIdsSaveEntryFailed, u"Unable to save the time entry."},
+      {kIdsGeneralPage, u"General"},
+      {kIdsBillingPage, u"Billing"},
+      {kIdsCustomFieldsPage, u"Custom Fields"},
+      {kIdsNotesPage, u"Notes"},
+      {kIdsEditInWordPrompt,
+       u"When finished editing and saving the note in Pocket Word, tap OK to update "
+       u"Quillora."},
+      {kIdsExportNoteFailed,
+       u"Export note failed. Please make sure there is enough storage space and try "
+       u"again."},
+      {kIdsCopyEntryTo, u"Copy entry to:"},
+      {kIdsRestOfWeek, u"Rest of the week"},
+      {kIdsSpecificEndDate, u"Specific end date:"},
+      {kIdsIncludeWeekend, u"Include Weekend"},
       {kIdsCustom1Label, u"Custom 1"},
       {kIdsCustom2Label, u"Custom 2"},
       {kIdsCustom3Label, u"Custom 3"},

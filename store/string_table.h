@@ -45,6 +45,19 @@ enum StringId : int {
   kIdsEnterRateDescription = 1403,  // "Please enter a description."
   kIdsInvalidRate = 1404,           // "This is not a valid rate. ..."
   kIdsDuplicateRate = 1405,         // "This type of rate with this description ..."
+  // The entry editor and copy entry.
+  kIdsTaskNameRequired = 2000,   // "Please enter a task name.  You cannot have ..."
+  kIdsSaveEntryFailed = 2001,    // "Unable to save the time entry."
+  kIdsGeneralPage = 2002,        // "General", "Billing", "Custom Fields", "Notes"
+  kIdsBillingPage = 2003,
+  kIdsCustomFieldsPage = 2004,
+  kIdsNotesPage = 2005,
+  kIdsEditInWordPrompt = 2006,   // "When finished editing and saving the note ..."
+  kIdsExportNoteFailed = 2007,   // "Export note failed. ..."
+  kIdsCopyEntryTo = 2008,        // "Copy entry to:"
+  kIdsRestOfWeek = 2009,         // "Rest of the week"
+  kIdsSpecificEndDate = 2010,    // "Specific end date:"
+  kIdsIncludeWeekend = 2011,     // "Include Weekend"
   kIdsCustom1Label = 5012,     // "Custom 1"
   kIdsCustom2Label = 5013,
   kIdsCustom3Label = 5014,

@@ -21,8 +21,11 @@ namespace quillora {
 namespace {
 
 const Command* const kCommands[] = {
+    &kAddCommand,
+    &kEditCommand,
     &kShowCommand,
     &kDeleteCommand,
+    &kCopyCommand,
     &kFilterCommand,
     &kSettingsCommand,
     &kClientCommand,

@@ -7,6 +7,9 @@
 
 namespace quillora {
 
+extern const Command kAddCommand;
+extern const Command kEditCommand;
+extern const Command kCopyCommand;
 extern const Command kShowCommand;
 extern const Command kDeleteCommand;
 extern const Command kFilterCommand;

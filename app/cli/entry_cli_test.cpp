@@ -1,0 +1,328 @@
+// add, edit and copy end to end: the binary on a fresh data folder, read back
+// with show.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+
+#include "store/data_context.h"
+#include "store/time_entry.h"
+#include "tests/run_quillora.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+using testing::RunQuillora;
+using testing::RunResult;
+using Args = std::vector<std::string>;
+
+// 2026-11-18 is a Wednesday.
+constexpr char kNow[] = "2026-11-18T10:00:00";
+
+std::string Line(const Args& args) {
+  std::string line;
+  for (const auto& a : args) line += a + " ";
+  return line;
+}
+
+class EntryCliTest : public ::testing::Test {
+ protected:
+  std::string Data() const { return dir_.File("data"); }
+  RunResult Run(const Args& args) { return RunQuillora(Data(), args, kNow); }
+  std::string Ok(const Args& args) {
+    const RunResult r = Run(args);
+    EXPECT_EQ(r.status, 0) << Line(args) << r.err;
+    return r.out;
+  }
+  // Adds an entry and answers its record id.
+  std::string Add(const Args& fields) {
+    Args args = {"add"};
+    args.insert(args.end(), fields.begin(), fields.end());
+    std::string out = Ok(args);
+    if (!out.empty() && out.back() == '\n') out.pop_back();
+    return out;
+  }
+  // The fields that show prints, by name.
+  std::map<std::string, std::string> Show(const std::string& id) {
+    std::map<std::string, std::string> fields;
+    std::string out = Ok({"show", id});
+    std::size_t at = 0;
+    while (at < out.size()) {
+      const std::size_t end = out.find('\n', at);
+      const std::string line = out.substr(at, end - at);
+      const std::size_t eq = line.find('=');
+      fields[line.substr(0, eq)] = line.substr(eq + 1);
+      at = end + 1;
+    }
+    return fields;
+  }
+  int EntryCount() {
+    DataContext data;
+    std::string error;
+    EXPECT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
+    EntryStore store(*data.volume);
+    EXPECT_TRUE(store.Open());
+    DatabaseInfo info;
+    data.volume->GetDatabaseInfo(store.database_id(), &info);
+    return static_cast<int>(info.record_count);
+  }
+
+  testing::TempDir dir_;
+};
+
+TEST_F(EntryCliTest, AddStoresEveryFieldAndShowPrintsIt) {
+  Ok({"client", "add", "Acme"});
+  const std::string id =
+      Add({"--date",      "2026-11-16",    "--start",    "09:15",     "--client",
+           "Acme",        "--project",     "Web",        "--phase",   "Draft",
+           "--task",      "Design",        "--duration", "1.5",       "--billable",
+           "--paid",      "--bill-to",     "Bob",        "--rate",    "60",
+           "--rate-type", "Overtime",      "--currency", "EUR",       "--custom1",
+           "a",           "--custom2",     "b",          "--custom3", "c",
+           "--note",      "first\\nsecond"});
+  EXPECT_EQ(Ok({"show", id}),
+            "recordId=" + id +
+                "\nstart=2026-11-16T09:15:01\nclient=Acme\nproject=Web\nphase=Draft\n"
+                "task=Design\nduration=150\nrate=6000\nrateType=1\ncurrency=EUR\n"
+                "billable=1\npaid=1\nbillTo=Bob\ncustom1=a\ncustom2=b\ncustom3=c\n"
+                "noteSize=34\nnote=first\\r\\nsecond\namount=90\n");
+
+  // Defaults: today, no start time, not billable, the default currency.
+  const auto plain = Show(Add({"--client", "Acme", "--task", "T", "--duration", "2"}));
+  EXPECT_EQ(plain.at("start"), "2026-11-18T00:00:00");
+  EXPECT_EQ(plain.at("billable"), "0");
+  EXPECT_EQ(plain.at("currency"), "USD");
+  EXPECT_EQ(plain.at("rateType"), "0");
+  EXPECT_EQ(plain.at("noteSize"), "0");
+
+  Ok({"settings", "set", "DefNewStyles", "0x11"});
+  Ok({"settings", "set", "DefCurr", "CHF"});
+  const auto defaults = Show(Add({"--client", "Acme", "--task", "T", "--duration", "2"}));
+  EXPECT_EQ(defaults.at("billable"), "1");
+  EXPECT_EQ(defaults.at("currency"), "CHF");
+}
+
+TEST_F(EntryCliTest, AddRefusesWithTheEditorsMessagesInItsOrder) {
+  struct Case {
+    Args fields;
+    std::string message;
+  } cases[] = {
+      {{"--task", "T", "--duration", "x"},
+       "Please enter a client name.  You cannot leave Client field blank."},
+      {{"--client", "Acme", "--task", "T"},
+       "You must enter a duration in hours. (e.g. 1.5, or 0.5)"},
+      {{"--client", "Acme", "--duration", "1h"},
+       "Please enter a task name.  You cannot have a blank Task field."},
+      {{"--client", "Acme", "--task", "T", "--duration", "1h"},
+       "This field accepts numeric values only."},
+      {{"--client", "Acme", "--task", "T", "--duration", "1", "--rate", "12 EUR"},
+       "This field accepts numeric values only."},
+  };
+  for (const Case& c : cases) {
+    Args args = {"add"};
+    args.insert(args.end(), c.fields.begin(), c.fields.end());
+    const RunResult r = Run(args);
+    EXPECT_EQ(r.status, 1) << Line(args);
+    EXPECT_EQ(r.err, "Quillora: " + c.message + "\n") << Line(args);
+    EXPECT_EQ(r.out, "") << Line(args);
+  }
+  EXPECT_EQ(EntryCount(), 0) << "nothing stored";
+}
+
+TEST_F(EntryCliTest, TypedNumbersAreReadAsTheEditorReadsThem) {
+  struct Case {
+    std::string duration, rate;
+    std::string hundredths, rate_hundredths;
+  } cases[] = {
+      {"1,5", "12,75", "100", "1200"},
+      {".", "-", "0", "0"},
+      {"-", ".", "0", "0"},
+      {"0.25", "12.345", "25", "1234"},
+      {"1.23456", "99.99", "123", "9999"},  // the field keeps 6 characters
+  };
+  for (const Case& c : cases) {
+    const auto e = Show(Add(
+        {"--client", "Acme", "--task", "T", "--duration", c.duration, "--rate", c.rate}));
+    EXPECT_EQ(e.at("duration"), c.hundredths) << c.duration;
+    EXPECT_EQ(e.at("rate"), c.rate_hundredths) << c.rate;
+  }
+  Ok({"settings", "set", "DefNewStyles", "0x4000"});
+  Ok({"settings", "set", "MinTime", "15"});
+  EXPECT_EQ(
+      Show(Add({"--client", "A", "--task", "T", "--duration", "0.3"})).at("duration"),
+      "50");
+}
+
+TEST_F(EntryCliTest, OverlongTextsAreCutAtTheirFieldLimits) {
+  const std::string long_text(300, 'x');
+  const auto e =
+      Show(Add({"--client", long_text, "--project", long_text, "--phase", long_text,
+                "--task", long_text, "--bill-to", long_text, "--currency", long_text,
+                "--custom1", long_text, "--duration", "1"}));
+  for (const char* field : {"client", "project", "phase", "task", "billTo", "custom1"}) {
+    EXPECT_EQ(e.at(field), std::string(127, 'x')) << field;
+  }
+  EXPECT_EQ(e.at("currency"), std::string(15, 'x'));
+}
+
+TEST_F(EntryCliTest, StartAndEndGiveTheDurationAsTheDialogDoes) {
+  struct Case {
+    std::string start, end, hundredths;
+  } cases[] = {
+      {"23:00", "01:30", "250"},  // the end on the next day
+      {"09:00", "10:40", "166"},
+      {"10:40", "10:15", "65495"},  // not moved: -25 minutes, kept in 16 bits
+  };
+  for (const Case& c : cases) {
+    const auto e = Show(Add({"--client", "A", "--task", "T", "--date", "2026-11-16",
+                             "--start", c.start, "--end", c.end}));
+    EXPECT_EQ(e.at("duration"), c.hundredths) << c.start << "-" << c.end;
+    EXPECT_EQ(e.at("start"), "2026-11-16T" + c.start + ":01");
+  }
+}
+
+TEST_F(EntryCliTest, EditChangesOnlyTheFieldsGiven) {
+  Ok({"client", "add", "Acme"});
+  const std::string id =
+      Add({"--date",     "2026-11-16", "--start", "09:15",     "--client",
+           "Acme",       "--project",  "Web",     "--task",    "Design",
+           "--duration", "1.5",        "--rate",  "60",        "--rate-type",
+           "Fixed",      "--note",     "keep me", "--custom2", "c2"});
+  const auto before = Show(id);
+
+  EXPECT_EQ(Ok({"edit", id, "--paid"}), "");
+  auto after = Show(id);
+  EXPECT_EQ(after.at("paid"), "1");
+  after["paid"] = before.at("paid");
+  EXPECT_EQ(after, before);
+
+  Ok({"edit", id, "--date", "2026-11-17", "--project", "", "--duration", "2", "--note",
+      ""});
+  after = Show(id);
+  EXPECT_EQ(after.at("start"), "2026-11-17T09:15:01");
+  EXPECT_EQ(after.at("project"), "");
+  EXPECT_EQ(after.at("duration"), "200");
+  EXPECT_EQ(after.at("noteSize"), "0");
+  EXPECT_EQ(after.at("rateType"), "3");
+  EXPECT_EQ(after.at("amount"), "60");
+  EXPECT_EQ(after.at("custom2"), "c2");
+
+  Ok({"edit", id, "--end", "12:00"});
+  after = Show(id);
+  EXPECT_EQ(after.at("duration"), "275");
+  Ok({"edit", id, "--no-start"});
+  EXPECT_EQ(Show(id).at("start"), "2026-11-17T00:00:00");
+
+  RunResult r = Run({"edit", id, "--task", ""});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err,
+            "Quillora: Please enter a task name.  You cannot have a blank Task field.\n");
+  r = Run({"edit", "999", "--paid"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "Quillora: There is no time entry with record id 999.\n");
+}
+
+TEST_F(EntryCliTest, SavedEntriesGrowTheCatalogue) {
+  Ok({"client", "add", "Acme"});
+  Add({"--client", "Acme", "--project", "Web", "--task", "Design", "--duration", "1",
+       "--bill-to", "Bob", "--phase", "Draft", "--currency", "EUR"});
+  Add({"--client", "Acme", "--task", "Admin", "--duration", "1"});
+  Add({"--client", "Nobody", "--project", "Secret", "--task", "X", "--duration", "1"});
+  EXPECT_EQ(Ok({"project", "list", "Acme"}), "Web\nWeb\tDesign\n");
+  EXPECT_EQ(Ok({"task", "list", "Acme"}), "Admin\n");
+  EXPECT_EQ(Ok({"contact", "list", "Acme"}), "Bob\n");
+  EXPECT_EQ(Ok({"value", "list", "phase"}), "Draft\n");
+  EXPECT_EQ(Ok({"value", "list", "currency"}), "EUR\nUSD\n");
+  EXPECT_EQ(Ok({"client", "list"}), "Acme\t1\n") << "an entry never adds a client";
+}
+
+TEST_F(EntryCliTest, NotesFromAFile) {
+  const std::string path = dir_.File("note.txt");
+  std::ofstream(path, std::ios::binary) << "\xEF\xBB\xBFline \xC3\xA9\nnext\r\n";
+  const auto e =
+      Show(Add({"--client", "A", "--task", "T", "--duration", "1", "--note-file", path}));
+  EXPECT_EQ(e.at("note"), "line \xC3\xA9\\r\\nnext");
+  const RunResult r = Run({"add", "--client", "A", "--task", "T", "--duration", "1",
+                           "--note-file", dir_.File("missing.txt")});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(EntryCount(), 1);
+}
+
+TEST_F(EntryCliTest, UsageErrors) {
+  for (const Args& bad : {
+           Args{"add", "--date", "2026-13-01"},
+           Args{"add", "--date", "2026-11-18T10:00"},
+           Args{"add", "--start", "9:00"},
+           Args{"add", "--start", "24:00"},
+           Args{"add", "--start", "09:00", "--no-start"},
+           Args{"add", "--start", "09:00", "--end", "10:00", "--duration", "1"},
+           Args{"add", "--end", "10:00"},
+           Args{"add", "--rate-type", "5"},
+           Args{"add", "--rate-type", "Hourly"},
+           Args{"add", "--paid", "--no-paid"},
+           Args{"add", "--note", "a", "--note-file", "b"},
+           Args{"add", "extra"},
+           Args{"add", "--colour", "red"},
+           Args{"edit"},
+           Args{"edit", "x"},
+           Args{"copy", "1"},
+           Args{"copy", "1", "--rest-of-week", "--until", "2026-11-20"},
+           Args{"copy", "1", "--until", "soon"},
+       }) {
+    EXPECT_EQ(Run(bad).status, 2) << Line(bad);
+  }
+  EXPECT_EQ(EntryCount(), 0);
+}
+
+TEST_F(EntryCliTest, CopyPrintsTheCopiesInDateOrder) {
+  const std::string id =
+      Add({"--date", "2026-11-18", "--start", "08:30", "--client", "Acme", "--task",
+           "Standup", "--duration", "0.25", "--rate", "80", "--note", "daily"});
+  const std::string week = Ok({"copy", id, "--rest-of-week"});
+  std::vector<std::string> ids;
+  for (std::size_t at = 0; at < week.size();) {
+    const std::size_t end = week.find('\n', at);
+    ids.push_back(week.substr(at, end - at));
+    at = end + 1;
+  }
+  ASSERT_EQ(ids.size(), 2u) << week;
+  auto source = Show(id);
+  const char* dates[] = {"2026-11-19", "2026-11-20"};
+  for (int i = 0; i < 2; ++i) {
+    auto copy = Show(ids[i]);
+    EXPECT_EQ(copy.at("start"), std::string(dates[i]) + "T08:30:01");
+    copy["start"] = source.at("start");
+    copy["recordId"] = source.at("recordId");
+    EXPECT_EQ(copy, source) << "every other field is the source's";
+  }
+
+  Ok({"settings", "set", "DefNewStyles", "0x4008"});  // Monday first, granularity
+  Ok({"settings", "set", "MinTime", "30"});
+  const std::string weekend =
+      Ok({"copy", id, "--rest-of-week", "--include-weekend", "--duration", "0.6"});
+  EXPECT_EQ(std::count(weekend.begin(), weekend.end(), '\n'), 4) << "Thursday to Sunday";
+  const std::string last = weekend.substr(weekend.rfind('\n', weekend.size() - 2) + 1);
+  const auto sunday = Show(last.substr(0, last.size() - 1));
+  EXPECT_EQ(sunday.at("start"), "2026-11-22T08:30:01");
+  EXPECT_EQ(sunday.at("duration"), "100");
+  EXPECT_EQ(sunday.at("amount"), "80");
+
+  const std::string until = Ok({"copy", id, "--until", "2026-11-24"});
+  EXPECT_EQ(std::count(until.begin(), until.end(), '\n'), 4) << "19, 20, 23 and 24";
+  EXPECT_EQ(Ok({"copy", id, "--until", "2026-11-18"}), "");
+
+  const int count = EntryCount();
+  RunResult r = Run({"copy", id, "--rest-of-week", "--duration", "1h"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "Quillora: This field accepts numeric values only.\n");
+  r = Run({"copy", id, "--rest-of-week", "--duration", ""});
+  EXPECT_EQ(r.err, "Quillora: You must enter a duration in hours. (e.g. 1.5, or 0.5)\n");
+  r = Run({"copy", "999", "--rest-of-week"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(EntryCount(), count);
+}
+
+}  // namespace
+}  // namespace quillora
