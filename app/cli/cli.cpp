@@ -22,6 +22,8 @@ namespace {
 const Command* const kCommands[] = {
     &kShowCommand,
     &kDeleteCommand,
+    &kListCommand,
+    &kSummaryCommand,
     &kFilterCommand,
     &kSettingsCommand,
     &kClientCommand,

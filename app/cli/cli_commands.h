@@ -9,6 +9,8 @@ namespace quillora {
 
 extern const Command kShowCommand;
 extern const Command kDeleteCommand;
+extern const Command kListCommand;
+extern const Command kSummaryCommand;
 extern const Command kFilterCommand;
 extern const Command kSettingsCommand;
 extern const Command kClientCommand;
