@@ -33,7 +33,8 @@ TimeEntry SampleEntry(FileTime start, int n) {
   e.start = start;
   e.client = u"Client " + std::u16string(1, static_cast<char16_t>(u'A' + n % 20));
   // 24 projects, each in two spellings that differ in case only.
-  std::u16string project = u"Project " + std::u16string(1, static_cast<char16_t>(u'a' + n % 24));
+  std::u16string project =
+      u"Project " + std::u16string(1, static_cast<char16_t>(u'a' + n % 24));
   if (n % 5 == 0) {
     for (char16_t& c : project) c = c >= u'a' && c <= u'z' ? c - 32 : c;
   }
@@ -69,7 +70,8 @@ struct Fixture {
     volume->BeginBatch();
     for (int n = 0; n < kOutside; ++n) {
       AddEntry(*entries, SampleEntry(InYear(0) - kTicksPerDay * (n + 1), n));
-      AddEntry(*entries, SampleEntry(InYear(0) + 366 * kTicksPerDay + kTicksPerDay * n, n));
+      AddEntry(*entries,
+               SampleEntry(InYear(0) + 366 * kTicksPerDay + kTicksPerDay * n, n));
     }
     for (int n = 0; n < kYearEntries; ++n) AddEntry(*entries, SampleEntry(InYear(n), n));
     volume->CommitBatch();
@@ -94,7 +96,8 @@ void BM_QuickSummaryOfAYear(benchmark::State& state) {
                         sums.Add(e);
                         return true;
                       });
-    const auto rows = BuildQuickSummaryRows(SummaryPeriodOf(f.year), items, sums, *f.locale);
+    const auto rows =
+        BuildQuickSummaryRows(SummaryPeriodOf(f.year), items, sums, *f.locale);
     benchmark::DoNotOptimize(rows.data());
   }
   state.counters["entries"] = static_cast<double>(items);

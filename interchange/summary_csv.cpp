@@ -40,7 +40,8 @@ SummaryCsvResult WriteQuickSummaryCsv(const std::vector<QuickSummaryRow>& rows,
 }
 
 SummaryCsvResult ExportQuickSummaryCsv(const std::vector<QuickSummaryRow>& rows,
-                                       UserPrompt& prompt, FileSystem& files, int code_page) {
+                                       UserPrompt& prompt, FileSystem& files,
+                                       int code_page) {
   FileChooser chooser;
   chooser.filter = LoadString(kIdsSummaryCsvFilter);
   chooser.default_extension = u"csv";

@@ -34,7 +34,8 @@ enum class SummaryCsvResult {
 // command at that line. Shows no message whatever happens; the result tells
 // the caller.
 SummaryCsvResult ExportQuickSummaryCsv(const std::vector<QuickSummaryRow>& rows,
-                                       UserPrompt& prompt, FileSystem& files, int code_page);
+                                       UserPrompt& prompt, FileSystem& files,
+                                       int code_page);
 
 // Writes the lines to `path` without asking: creates (or truncates) the
 // file and writes as above.

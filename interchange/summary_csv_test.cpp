@@ -76,7 +76,8 @@ TEST_F(SummaryCsvTest, WritesTheRowsAsTheFileFixesThem) {
 }
 
 TEST_F(SummaryCsvTest, OnlyTheLowercaseHOfTheMiddleCellBecomesABlank) {
-  EXPECT_EQ(QuickSummaryCsvLine({u"hh", u"Hh1.5hh", u"h"}), u"\"hh\",\"H 1.5  \",\"h\"\r\n");
+  EXPECT_EQ(QuickSummaryCsvLine({u"hh", u"Hh1.5hh", u"h"}),
+            u"\"hh\",\"H 1.5  \",\"h\"\r\n");
 }
 
 TEST_F(SummaryCsvTest, CancelCreateFailureAndAFailedLineEndTheCommandSilently) {
@@ -88,22 +89,24 @@ TEST_F(SummaryCsvTest, CancelCreateFailureAndAFailedLineEndTheCommandSilently) {
   testing::FaultyFileSystem files;
   files.fail_create = true;
   prompt_.files.push_back(dir_.File("none.csv"));
-  EXPECT_EQ(ExportQuickSummaryCsv(rows, prompt_, files, 1252), SummaryCsvResult::kNotCreated);
+  EXPECT_EQ(ExportQuickSummaryCsv(rows, prompt_, files, 1252),
+            SummaryCsvResult::kNotCreated);
   EXPECT_FALSE(FileSystem::Posix().Exists(dir_.File("none.csv")));
 
   // The third line fails: the two before it stay, nothing after it is written.
   files.fail_create = false;
   files.fail_write_number = 3;
   const std::string path = dir_.File("part.csv");
-  EXPECT_EQ(WriteQuickSummaryCsv(rows, path, files, 1252), SummaryCsvResult::kWriteFailed);
+  EXPECT_EQ(WriteQuickSummaryCsv(rows, path, files, 1252),
+            SummaryCsvResult::kWriteFailed);
   const std::string expected = kMonthCsv;
-  EXPECT_EQ(testing::ReadFileBytes(path),
-            expected.substr(0, expected.find("\"Number")));
+  EXPECT_EQ(testing::ReadFileBytes(path), expected.substr(0, expected.find("\"Number")));
   EXPECT_EQ(files.writes(), 3);
 
   files.fail_write_number = 0;
   files.fail_close = true;
-  EXPECT_EQ(WriteQuickSummaryCsv(rows, path, files, 1252), SummaryCsvResult::kWriteFailed);
+  EXPECT_EQ(WriteQuickSummaryCsv(rows, path, files, 1252),
+            SummaryCsvResult::kWriteFailed);
   EXPECT_TRUE(prompt_.shown.empty());
 }
 

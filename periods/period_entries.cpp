@@ -2,8 +2,9 @@
 
 namespace quillora {
 
-bool WalkPeriodEntries(EntryStore& store, const PeriodRange& range, const EntryFilter& filter,
-                       const Locale& locale, const PeriodEntryVisitor& visit) {
+bool WalkPeriodEntries(EntryStore& store, const PeriodRange& range,
+                       const EntryFilter& filter, const Locale& locale,
+                       const PeriodEntryVisitor& visit) {
   FileTime start = 0;
   FileTime end = 0;
   if (!RangeToFileTimes(range, &start, &end)) return false;
@@ -34,8 +35,9 @@ bool WalkPeriodEntries(EntryStore& store, const PeriodRange& range, const EntryF
   }
 }
 
-bool ListPeriodEntryIds(EntryStore& store, const PeriodRange& range, const EntryFilter& filter,
-                        const Locale& locale, std::vector<ObjectId>* ids) {
+bool ListPeriodEntryIds(EntryStore& store, const PeriodRange& range,
+                        const EntryFilter& filter, const Locale& locale,
+                        std::vector<ObjectId>* ids) {
   ids->clear();
   return WalkPeriodEntries(store, range, filter, locale, [ids](const TimeEntry& entry) {
     ids->push_back(entry.recordId);

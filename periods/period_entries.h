@@ -31,14 +31,16 @@ using PeriodEntryVisitor = std::function<bool(const TimeEntry& entry)>;
 // end or the visitor stopped it (an empty period is no failure); false when
 // the range is not a calendar range or the store could not be sought or read
 // (the visitor may have seen some entries by then).
-bool WalkPeriodEntries(EntryStore& store, const PeriodRange& range, const EntryFilter& filter,
-                       const Locale& locale, const PeriodEntryVisitor& visit);
+bool WalkPeriodEntries(EntryStore& store, const PeriodRange& range,
+                       const EntryFilter& filter, const Locale& locale,
+                       const PeriodEntryVisitor& visit);
 
 // The record ids of the listed entries, in store order: what a view holds
 // and what the quick summary is opened with. `ids` is replaced; false as
 // WalkPeriodEntries (`ids` then holds the ids found before the failure).
-bool ListPeriodEntryIds(EntryStore& store, const PeriodRange& range, const EntryFilter& filter,
-                        const Locale& locale, std::vector<ObjectId>* ids);
+bool ListPeriodEntryIds(EntryStore& store, const PeriodRange& range,
+                        const EntryFilter& filter, const Locale& locale,
+                        std::vector<ObjectId>* ids);
 
 }  // namespace quillora
 

@@ -43,11 +43,11 @@ class PeriodEntriesTest : public ::testing::Test {
 
 TEST_F(PeriodEntriesTest, BothEndsOfThePeriodAreIncludedAndStoreOrderKept) {
   const FileTime start = At(2024, 3, 10);
-  Add(start - 1);                                  // one tick before the week
+  Add(start - 1);                                          // one tick before the week
   const ObjectId late = Add(At(2024, 3, 16, 23, 59, 59));  // the last second
   const ObjectId midweek = Add(At(2024, 3, 12, 9, 0, 1));
-  const ObjectId at_start = Add(start);            // no start time: 00:00:00
-  Add(At(2024, 3, 17));                            // the next week
+  const ObjectId at_start = Add(start);  // no start time: 00:00:00
+  Add(At(2024, 3, 17));                  // the next week
   const ObjectId same_instant = Add(start);
 
   // Weeks start on Sunday: 2024-03-10 00:00:00 to 2024-03-16 23:59:59.
@@ -58,7 +58,8 @@ TEST_F(PeriodEntriesTest, BothEndsOfThePeriodAreIncludedAndStoreOrderKept) {
 
 TEST_F(PeriodEntriesTest, MonthViewListsTheLastMinuteThatItsRangeLeavesOut) {
   const ObjectId last = Add(At(2024, 2, 29, 23, 59, 30));
-  const auto month = MakePeriod(PeriodKind::kMonth, MakeSystemTime(2024, 2, 5), settings_);
+  const auto month =
+      MakePeriod(PeriodKind::kMonth, MakeSystemTime(2024, 2, 5), settings_);
   EXPECT_EQ(Listed(month->GetViewRange()), std::vector<ObjectId>{last});
   EXPECT_TRUE(Listed(month->GetRange()).empty());
 }
@@ -96,7 +97,8 @@ TEST_F(PeriodEntriesTest, EmptyStoresRangesAndEarlyStops) {
   EXPECT_EQ(seen, 1) << "the visitor's false ends the walk";
 
   std::vector<ObjectId> ids{42};
-  EXPECT_FALSE(ListPeriodEntryIds(store_, {MakeSystemTime(2024, 13, 1), may.GetRange().end},
+  EXPECT_FALSE(ListPeriodEntryIds(store_,
+                                  {MakeSystemTime(2024, 13, 1), may.GetRange().end},
                                   EntryFilter(), *locale_, &ids));
   EXPECT_TRUE(ids.empty()) << "an impossible range lists nothing";
 }

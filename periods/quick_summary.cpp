@@ -107,7 +107,8 @@ std::vector<ProjectHours> QuickSummarySums::Projects() const {
   return projects;
 }
 
-void SumEntries(EntryStore& store, const std::vector<ObjectId>& ids, QuickSummarySums* sums) {
+void SumEntries(EntryStore& store, const std::vector<ObjectId>& ids,
+                QuickSummarySums* sums) {
   TimeEntry entry;
   for (const ObjectId id : ids) {
     if (store.Seek(SeekType::kObjectId, id) != id) continue;
@@ -143,7 +144,8 @@ std::vector<QuickSummaryRow> BuildQuickSummaryRows(const QuickSummaryPeriod& per
   // The amount rows are labelled "... Hours:" although they hold money: the
   // labels are kept as the program has always shown them.
   AppendTotalHeading(&rows);
-  rows.push_back({HoursLabel(kIdsSummaryUnpaid), Format("%.02f", sums.unpaid_amount()), u""});
+  rows.push_back(
+      {HoursLabel(kIdsSummaryUnpaid), Format("%.02f", sums.unpaid_amount()), u""});
   rows.push_back({HoursLabel(kIdsSummaryPaid), Format("%.02f", sums.paid_amount()), u""});
   rows.push_back({Label(kIdsSummaryAmount),
                   Format("%.02f", sums.unpaid_amount() + sums.paid_amount()), u""});
@@ -158,9 +160,11 @@ std::vector<QuickSummaryRow> BuildQuickSummaryRows(const QuickSummaryPeriod& per
   return rows;
 }
 
-std::vector<QuickSummaryRow> QuickSummaryRows(EntryStore& store, const QuickSummaryPeriod& period,
+std::vector<QuickSummaryRow> QuickSummaryRows(EntryStore& store,
+                                              const QuickSummaryPeriod& period,
                                               const std::vector<ObjectId>& ids,
-                                              const Settings& settings, const Locale& locale) {
+                                              const Settings& settings,
+                                              const Locale& locale) {
   QuickSummarySums sums(settings, locale);
   SumEntries(store, ids, &sums);
   return BuildQuickSummaryRows(period, ids.size(), sums, locale);

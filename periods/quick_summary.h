@@ -98,7 +98,8 @@ class QuickSummarySums {
 // Seeks each record id of `ids` in the open entry store and adds its entry.
 // A record that cannot be sought or read adds nothing (it still counts as
 // an item of the list, which is the number of ids).
-void SumEntries(EntryStore& store, const std::vector<ObjectId>& ids, QuickSummarySums* sums);
+void SumEntries(EntryStore& store, const std::vector<ObjectId>& ids,
+                QuickSummarySums* sums);
 
 // The rows of the list, in order:
 //   "Period Type:" and the kind's name; "Period:" and the period (day and
@@ -120,9 +121,11 @@ std::vector<QuickSummaryRow> BuildQuickSummaryRows(const QuickSummaryPeriod& per
 
 // What the dialog does when it opens: sums the entries of `ids` and builds
 // the rows, the number of items being the number of ids.
-std::vector<QuickSummaryRow> QuickSummaryRows(EntryStore& store, const QuickSummaryPeriod& period,
+std::vector<QuickSummaryRow> QuickSummaryRows(EntryStore& store,
+                                              const QuickSummaryPeriod& period,
                                               const std::vector<ObjectId>& ids,
-                                              const Settings& settings, const Locale& locale);
+                                              const Settings& settings,
+                                              const Locale& locale);
 
 }  // namespace quillora
 

@@ -52,7 +52,8 @@ class QuickSummaryTest : public ::testing::Test {
     return ids;
   }
 
-  std::string Summary(const QuickSummaryPeriod& period, const std::vector<ObjectId>& ids) {
+  std::string Summary(const QuickSummaryPeriod& period,
+                      const std::vector<ObjectId>& ids) {
     return Text(QuickSummaryRows(store_, period, ids, settings_, *locale_));
   }
 
@@ -69,10 +70,10 @@ class QuickSummaryTest : public ::testing::Test {
 
 TEST_F(QuickSummaryTest, MixedPeriodTotalsHoursAmountsAndProjects) {
   const auto ids = Store({
-      {u"Design", 250, true, false, 4000},                 // unpaid 100.00
-      {u"design", 150, true, true, 2000},                  // paid 30.00, same project
-      {u"Alpha", 100, false, true, 5000},                  // non-billable: no amount
-      {u"", 0, true, false, 12345, kRateFixed, u"EUR"},    // fixed 123.45, no project
+      {u"Design", 250, true, false, 4000},               // unpaid 100.00
+      {u"design", 150, true, true, 2000},                // paid 30.00, same project
+      {u"Alpha", 100, false, true, 5000},                // non-billable: no amount
+      {u"", 0, true, false, 12345, kRateFixed, u"EUR"},  // fixed 123.45, no project
   });
   EXPECT_EQ(Summary(Week(), ids),
             "Period Type:|Week|\n"
@@ -124,8 +125,10 @@ TEST_F(QuickSummaryTest, ZeroHoursStillListTheirProjectsWithZeroShares) {
 }
 
 TEST_F(QuickSummaryTest, ProjectKeyKeepsTheFirstSpellingInListOrder) {
-  const auto ids = Store({{u"ALPHA", 100, true, false}, {u"Alpha", 100, true, false},
-                          {u"beta", 50, false, false}, {u"Beta", 50, false, false}});
+  const auto ids = Store({{u"ALPHA", 100, true, false},
+                          {u"Alpha", 100, true, false},
+                          {u"beta", 50, false, false},
+                          {u"Beta", 50, false, false}});
   // The list's order decides, not the store's.
   const std::vector<ObjectId> reversed(ids.rbegin(), ids.rend());
   const std::string forward = Summary(Week(), ids);
@@ -165,12 +168,14 @@ TEST_F(QuickSummaryTest, PeriodCellsByKind) {
       {PeriodKind::kDay, "Period Type:|Day|\nPeriod:|5/1/2024|\n"},
       {PeriodKind::kWeek, "Period Type:|Week|\nPeriod:|5/1/2024|\n"},
       {PeriodKind::kMonth, "Period Type:|Month|\nPeriod:|May 2024|\n"},
-      {PeriodKind::kCustom, "Period Type:|Custom Period|\nPeriod:|5/1/2024 - 5/31/2024|\n"},
+      {PeriodKind::kCustom,
+       "Period Type:|Custom Period|\nPeriod:|5/1/2024 - 5/31/2024|\n"},
       {static_cast<PeriodKind>(7), "Period Type:||\nPeriod:||\n"},
   };
   QuickSummarySums sums(settings_, *locale_);
   for (const auto& c : cases) {
-    const std::string text = Text(BuildQuickSummaryRows({c.kind, start, end}, 0, sums, *locale_));
+    const std::string text =
+        Text(BuildQuickSummaryRows({c.kind, start, end}, 0, sums, *locale_));
     EXPECT_EQ(text.substr(0, text.find("Number")), c.expected)
         << static_cast<int>(c.kind);
   }

@@ -41,12 +41,14 @@ class PeriodCliTest : public ::testing::Test {
     add(MakeSystemTime(2026, 11, 14, 23, 59, 1), u"Web", u"", u"Before", 100, true, false,
         100);
     // The week's first instant: an entry without a start time.
-    first_ = add(MakeSystemTime(2026, 11, 15), u"Web", u"", u"Design", 150, true, false, 4000);
-    after_ = add(MakeSystemTime(2026, 11, 22), u"Web", u"", u"After", 100, true, false, 100);
-    admin_ = add(MakeSystemTime(2026, 11, 20, 16, 30, 1), u"Admin", u"", u"Mail", 50, false,
-                 true, 9900);
-    code_ = add(MakeSystemTime(2026, 11, 17, 9, 0, 1), u"web", u"Build", u"Code", 250, true,
-                true, 2000);
+    first_ =
+        add(MakeSystemTime(2026, 11, 15), u"Web", u"", u"Design", 150, true, false, 4000);
+    after_ =
+        add(MakeSystemTime(2026, 11, 22), u"Web", u"", u"After", 100, true, false, 100);
+    admin_ = add(MakeSystemTime(2026, 11, 20, 16, 30, 1), u"Admin", u"", u"Mail", 50,
+                 false, true, 9900);
+    code_ = add(MakeSystemTime(2026, 11, 17, 9, 0, 1), u"web", u"Build", u"Code", 250,
+                true, true, 2000);
   }
 
   std::string Data() const { return dir_.File("data"); }
@@ -66,12 +68,14 @@ TEST_F(PeriodCliTest, ListPrintsTheViewsItemsInStoreOrder) {
                        admin_ + "\t11/20/2026 0.50h (4:30 PM)\n\tMail\n\tAdmin\n");
 
   // The day view leaves the date out; the client shows with its display flag.
-  ASSERT_EQ(Run({"settings", "set", "ViewCust", "0100000001000000000000000000000000000000"})
-                .status,
-            0);
+  ASSERT_EQ(
+      Run({"settings", "set", "ViewCust", "0100000001000000000000000000000000000000"})
+          .status,
+      0);
   r = Run({"list", "--day", "2026-11-17"});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(r.out, code_ + "\t2.50h (9:00 AM - 11:30 AM)\n\tCode\n\tweb (Build)\n\tAcme\n");
+  EXPECT_EQ(r.out,
+            code_ + "\t2.50h (9:00 AM - 11:30 AM)\n\tCode\n\tweb (Build)\n\tAcme\n");
 
   EXPECT_EQ(Run({"list", "--ids", "--custom", "2026-11-17", "2026-11-30"}).out,
             code_ + "\n" + admin_ + "\n" + after_ + "\n");
@@ -131,7 +135,8 @@ TEST_F(PeriodCliTest, SummaryPrintsTheRowsAndWritesTheCsvAfterTheQuestion) {
   r = Run({"summary", "--week", "2026-11-18", "--csv", csv});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, kWeekSummary);
-  EXPECT_EQ(r.err, "Quillora: " + csv + " already exists. Do you want to replace it? [y/n] n\n");
+  EXPECT_EQ(r.err,
+            "Quillora: " + csv + " already exists. Do you want to replace it? [y/n] n\n");
   EXPECT_EQ(testing::ReadFileBytes(csv), "keep");
   r = Run({"--yes", "summary", "--csv", csv});
   EXPECT_EQ(r.status, 0) << r.err;

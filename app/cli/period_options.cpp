@@ -28,7 +28,8 @@ std::optional<SystemTime> TakeDate(Arguments& args, const std::string& word) {
 bool LooksLikeDate(const std::string& word) {
   if (word.size() != 10 || word[4] != '-' || word[7] != '-') return false;
   for (std::size_t i = 0; i < word.size(); ++i) {
-    if (i != 4 && i != 7 && !std::isdigit(static_cast<unsigned char>(word[i]))) return false;
+    if (i != 4 && i != 7 && !std::isdigit(static_cast<unsigned char>(word[i])))
+      return false;
   }
   return true;
 }
@@ -65,8 +66,8 @@ PeriodOptions TakePeriodOptions(Arguments& args, bool allow_from_to) {
   return options;
 }
 
-std::unique_ptr<Period> ChosenPeriod(const PeriodOptions& options, const Settings& settings,
-                                     const Clock& clock) {
+std::unique_ptr<Period> ChosenPeriod(const PeriodOptions& options,
+                                     const Settings& settings, const Clock& clock) {
   const SystemTime date = options.date.value_or(clock.LocalNow());
   switch (options.choice) {
     case PeriodOptions::Choice::kDay:

@@ -46,8 +46,8 @@ PeriodOptions TakePeriodOptions(Arguments& args, bool allow_from_to);
 // give the custom period from FROM 00:00:00 to TO 23:59:59 (empty when TO is
 // before FROM). Views list Period::GetViewRange(); exports, reports and
 // archives take Period::GetRange().
-std::unique_ptr<Period> ChosenPeriod(const PeriodOptions& options, const Settings& settings,
-                                     const Clock& clock);
+std::unique_ptr<Period> ChosenPeriod(const PeriodOptions& options,
+                                     const Settings& settings, const Clock& clock);
 
 }  // namespace quillora
 

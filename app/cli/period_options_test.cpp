@@ -43,8 +43,10 @@ TEST(PeriodOptionsTest, EachOptionGivesItsPeriod) {
       {{"--week"}, "2 2026-11-15T00:00:00 2026-11-21T23:59:59"},
       {{"--week", "2024-03-10"}, "2 2024-03-10T00:00:00 2024-03-16T23:59:59"},
       {{"--month", "2024-02-10"}, "3 2024-02-01T00:00:00 2024-02-29T23:59:59"},
-      {{"--custom", "2024-05-01", "2024-05-31"}, "4 2024-05-01T00:00:00 2024-05-31T23:59:59"},
-      {{"--custom", "2024-05-31", "2024-05-01"}, "4 2024-05-31T00:00:00 2024-05-01T23:59:59"},
+      {{"--custom", "2024-05-01", "2024-05-31"},
+       "4 2024-05-01T00:00:00 2024-05-31T23:59:59"},
+      {{"--custom", "2024-05-31", "2024-05-01"},
+       "4 2024-05-31T00:00:00 2024-05-01T23:59:59"},
       {{"--from", "2024-01-01", "--to", "2024-01-01"},
        "4 2024-01-01T00:00:00 2024-01-01T23:59:59"},
       {{}, "2 2026-11-15T00:00:00 2026-11-21T23:59:59"},  // the default "View": Week
@@ -71,10 +73,13 @@ TEST(PeriodOptionsTest, OnlyADateShapedWordIsTheOptionalDate) {
 
 TEST(PeriodOptionsTest, WrongUseIsAUsageError) {
   const std::vector<std::vector<std::string>> bad = {
-      {"--day", "2024-02-30"},          {"--custom", "2024-05-01"},
-      {"--custom", "May", "2024-05-31"}, {"--day", "--week"},
+      {"--day", "2024-02-30"},
+      {"--custom", "2024-05-01"},
+      {"--custom", "May", "2024-05-31"},
+      {"--day", "--week"},
       {"--month", "--custom", "2024-05-01", "2024-05-02"},
-      {"--from", "2024-01-01"},         {"--to", "2024-01-01"},
+      {"--from", "2024-01-01"},
+      {"--to", "2024-01-01"},
       {"--from", "2024-01-01", "--to", "2024-01-02", "--day"},
       {"--from", "yesterday", "--to", "2024-01-02"},
   };
@@ -99,8 +104,9 @@ TEST(PeriodOptionsTest, NoOptionFollowsTheStoredView) {
   EXPECT_EQ(Choose({}, true, settings).kind_and_range,
             "4 2025-01-06T00:00:00 2025-01-10T23:59:59");
   // --custom gives its own dates, not the stored ones.
-  EXPECT_EQ(Choose({"--custom", "2024-01-01", "2024-01-02"}, true, settings).kind_and_range,
-            "4 2024-01-01T00:00:00 2024-01-02T23:59:59");
+  EXPECT_EQ(
+      Choose({"--custom", "2024-01-01", "2024-01-02"}, true, settings).kind_and_range,
+      "4 2024-01-01T00:00:00 2024-01-02T23:59:59");
 }
 
 }  // namespace
