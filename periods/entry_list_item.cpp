@@ -56,11 +56,6 @@ ItemColour StatusColour(const DisplayBlock& display, EntryDisplayStatus status) 
   return PaletteColour(display.non_billable_colour);
 }
 
-bool HasStartTime(const TimeEntry& entry) {
-  SystemTime st;
-  return FileTimeToSystemTime(entry.start, &st) && st.second != 0;
-}
-
 std::u16string DateTimeLine(const TimeEntry& entry, std::uint32_t view,
                             const DisplayBlock& display, const Locale& locale) {
   std::u16string line;

@@ -42,9 +42,6 @@ ItemColour PaletteColour(std::uint32_t index);
 // The colour the display block chooses for a status.
 ItemColour StatusColour(const DisplayBlock& display, EntryDisplayStatus status);
 
-// True when the entry carries a start time of day: any non-zero seconds.
-bool HasStartTime(const TimeEntry& entry);
-
 // The first line: the date (short date format, left out with its blank in the
 // day view, `view` 1) and then, for an entry with a start time, the duration
 // and times by the entry time display (0 "1.50h (9:00 AM)", 1 "1.50h (9:00 AM

@@ -58,6 +58,19 @@ enum StringId : int {
   kIdsRestOfWeek = 2009,         // "Rest of the week"
   kIdsSpecificEndDate = 2010,    // "Specific end date:"
   kIdsIncludeWeekend = 2011,     // "Include Weekend"
+  // The quick summary.
+  kIdsSummaryPeriodType = 2100,     // "Period Type:"
+  kIdsSummaryPeriod = 2101,         // "Period:"
+  kIdsSummaryNumberOfItems = 2102,  // "Number of Items:"
+  kIdsSummaryTotal = 2103,          // "Total" (the heading adds ":")
+  kIdsSummaryBillable = 2104,       // "Billable", "Non Billable", "Unpaid", "Paid":
+  kIdsSummaryNonBillable = 2105,    //   each followed by " " and "Hours:"
+  kIdsSummaryUnpaid = 2106,
+  kIdsSummaryPaid = 2107,
+  kIdsSummaryHours = 2108,          // "Hours:"
+  kIdsSummaryAmount = 2109,         // "Amount:"
+  kIdsSummaryCsvFilter = 2110,      // "CSV Files (*.csv)|*.csv|"
+  kIdsSummarySaveAsCsv = 2111,      // "Save as CSV...": the dialog's command 40101
   kIdsCustom1Label = 5012,     // "Custom 1"
   kIdsCustom2Label = 5013,
   kIdsCustom3Label = 5014,

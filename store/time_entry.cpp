@@ -6,6 +6,11 @@ namespace quillora {
 
 void Clear(TimeEntry* entry) { *entry = TimeEntry{}; }
 
+bool HasStartTime(const TimeEntry& entry) {
+  SystemTime st;
+  return FileTimeToSystemTime(entry.start, &st) && st.second != 0;
+}
+
 bool SetNote(TimeEntry* entry, std::int32_t size, const std::uint8_t* bytes) {
   entry->note.clear();
   entry->note.shrink_to_fit();

@@ -66,6 +66,10 @@ struct TimeEntry {
   ObjectId recordId = 0;           // 0 until stored
 };
 
+// True when the entry carries a start time of day: its seconds are not 0
+// (the views' reading of the mark; the CSV export asks for exactly 1).
+bool HasStartTime(const TimeEntry& entry);
+
 // Both flags false, every string empty, every number 0, no note.
 void Clear(TimeEntry* entry);
 

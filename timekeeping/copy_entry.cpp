@@ -1,6 +1,5 @@
 #include "timekeeping/copy_entry.h"
 
-#include "periods/periods.h"
 #include "store/string_table.h"
 #include "timekeeping/duration.h"
 #include "timekeeping/entry_editor.h"
@@ -32,7 +31,7 @@ CopyEntryDialog OpenCopyDialog(const TimeEntry& source) {
   CopyEntryDialog dialog;
   SystemTime start;
   if (!FileTimeToSystemTime(source.start, &start)) start = MakeSystemTime(1601, 1, 1);
-  dialog.end_date = DateOnly(start);
+  dialog.end_date = MakeSystemTime(start.year, start.month, start.day);
   dialog.duration = FormatDurationField(source.duration);
   dialog.client = source.client;
   dialog.project = source.project;
@@ -45,13 +44,17 @@ std::vector<SystemTime> CopyDays(const SystemTime& source_date, CopyRange range,
                                  const SystemTime& end_date, bool include_weekend,
                                  const Settings& settings) {
   std::vector<SystemTime> days;
-  SystemTime last = end_date;
-  if (range == CopyRange::kRestOfWeek) {
-    last = WeekPeriod(source_date, settings).GetRange().end;
-  }
   std::uint64_t first_day = 0;
   std::uint64_t last_day = 0;
-  if (!DayNumber(source_date, &first_day) || !DayNumber(last, &last_day)) return days;
+  if (!DayNumber(source_date, &first_day)) return days;
+  if (range == CopyRange::kRestOfWeek) {
+    // The week ends on Saturday, or on Sunday when weeks start on Monday.
+    const int week_start = settings.option_bits & kOptionWeekStartsMonday ? 1 : 0;
+    const int weekday = DayOfWeek(source_date.year, source_date.month, source_date.day);
+    last_day = first_day + static_cast<std::uint64_t>(6 - (weekday - week_start + 7) % 7);
+  } else if (!DayNumber(end_date, &last_day)) {
+    return days;
+  }
   for (std::uint64_t d = first_day + 1; d <= last_day; ++d) {
     SystemTime day;
     if (!FileTimeToSystemTime(d * kTicksPerDay, &day)) break;

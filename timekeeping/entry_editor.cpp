@@ -51,11 +51,6 @@ TimeEntry NewEntry(const Settings& settings, const SystemTime& date) {
   return entry;
 }
 
-bool HasStartTime(const TimeEntry& entry) {
-  SystemTime st;
-  return FileTimeToSystemTime(entry.start, &st) && st.second != 0;
-}
-
 EntryEditor::EntryEditor(const EditorServices& services, const TimeEntry& entry)
     : services_(services), entry_(entry) {
   // General page.

@@ -46,10 +46,6 @@ std::u16string CutText(std::u16string_view text, std::size_t limit);
 // no start time (00:00:00), no duration, rate 0, "Normal Rate".
 TimeEntry NewEntry(const Settings& settings, const SystemTime& date);
 
-// Whether an entry has a start time of day: its seconds are not 0 (an entered
-// start is marked 1; a timer's start keeps the seconds it was taken at).
-bool HasStartTime(const TimeEntry& entry);
-
 // What the editor borrows while it is open. The five catalogue stores must be
 // open; "Quillora Data 2" is opened when its value lists are needed.
 struct EditorServices {

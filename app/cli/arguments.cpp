@@ -48,6 +48,22 @@ std::vector<std::string> Arguments::AllValues(const std::string& name) {
   return all;
 }
 
+std::optional<std::string> Arguments::OptionalValue(const std::string& name,
+                                                    bool (*is_value)(const std::string&)) {
+  std::optional<std::string> found;
+  for (std::size_t i = 0; i < words_.size();) {
+    if (words_[i] != name) {
+      ++i;
+      continue;
+    }
+    const bool valued = i + 1 < words_.size() && is_value(words_[i + 1]);
+    found = valued ? words_[i + 1] : std::string();
+    words_.erase(words_.begin() + static_cast<long>(i),
+                 words_.begin() + static_cast<long>(i + (valued ? 2 : 1)));
+  }
+  return found;
+}
+
 bool Arguments::Flag(const std::string& name) {
   bool found = false;
   for (std::size_t i = 0; i < words_.size();) {

@@ -20,6 +20,11 @@ class Arguments {
   std::optional<std::vector<std::string>> Values(const std::string& name, std::size_t count);
   // Takes every "--name VALUE", in order.
   std::vector<std::string> AllValues(const std::string& name);
+  // Takes "--name" and, when the word behind it passes `is_value`, that word
+  // as well (the last "--name" given wins). Nothing when "--name" is absent;
+  // an empty text when it has no value behind it.
+  std::optional<std::string> OptionalValue(const std::string& name,
+                                           bool (*is_value)(const std::string& word));
   // Takes "--name"; true when it was there.
   bool Flag(const std::string& name);
 

@@ -26,6 +26,8 @@ const Command* const kCommands[] = {
     &kShowCommand,
     &kDeleteCommand,
     &kCopyCommand,
+    &kListCommand,
+    &kSummaryCommand,
     &kFilterCommand,
     &kSettingsCommand,
     &kClientCommand,

@@ -12,6 +12,8 @@ extern const Command kEditCommand;
 extern const Command kCopyCommand;
 extern const Command kShowCommand;
 extern const Command kDeleteCommand;
+extern const Command kListCommand;
+extern const Command kSummaryCommand;
 extern const Command kFilterCommand;
 extern const Command kSettingsCommand;
 extern const Command kClientCommand;
