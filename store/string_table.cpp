@@ -45,6 +45,8 @@ const std::u16string& LoadString(int id) {
       {kIdsDuplicateRate,
        u"This type of rate with this description already exists for this client. "
        u"Please either choose a different type or alter the description."},
+      {kIdsExportFailed,
+       u"Export failed. Please make sure there is enough storage space and try agin."},
       {kIdsCustom1Label, u"Custom 1"},
       {kIdsCustom2Label, u"Custom 2"},
       {kIdsCustom3Label, u"Custom 3"},

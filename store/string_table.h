@@ -45,6 +45,8 @@ enum StringId : int {
   kIdsEnterRateDescription = 1403,  // "Please enter a description."
   kIdsInvalidRate = 1404,           // "This is not a valid rate. ..."
   kIdsDuplicateRate = 1405,         // "This type of rate with this description ..."
+  // Exports.
+  kIdsExportFailed = 2200,          // "Export failed. Please make sure there is ..."
   kIdsCustom1Label = 5012,     // "Custom 1"
   kIdsCustom2Label = 5013,
   kIdsCustom3Label = 5014,
