@@ -43,7 +43,8 @@ ExportWalkResult WalkExportRange(EntryStore& entries, const EntryFilter& criteri
   // Strictly greater, as the export has always sought: an entry dated exactly
   // at the range start (such as one without a start time stored at midnight
   // of the first day) is not reached, although the filter would keep it.
-  if (entries.SeekValue(SeekType::kValueGreater, PropValue::Number(kPropStart, start)) == 0) {
+  if (entries.SeekValue(SeekType::kValueGreater, PropValue::Number(kPropStart, start)) ==
+      0) {
     return ExportWalkResult::kDone;
   }
   TimeEntry entry;
@@ -52,7 +53,8 @@ ExportWalkResult WalkExportRange(EntryStore& entries, const EntryFilter& criteri
     if (read == 1) return ExportWalkResult::kDone;
     if (read != 0) return ExportWalkResult::kReadFailed;
     if (CompareFileTime(entry.start, end) > 0) return ExportWalkResult::kDone;
-    if (Matches(criteria, entry, locale) && !visit(entry)) return ExportWalkResult::kStopped;
+    if (Matches(criteria, entry, locale) && !visit(entry))
+      return ExportWalkResult::kStopped;
     if (entries.Seek(SeekType::kCurrent, 1) == 0) return ExportWalkResult::kDone;
   }
 }
@@ -67,7 +69,8 @@ std::u16string_view BreakSubstitute(std::uint16_t break_sub) {
                                                   : kBreakSubstitutes[0];
 }
 
-std::u16string ReplaceLineBreaks(std::u16string_view text, std::u16string_view substitute) {
+std::u16string ReplaceLineBreaks(std::u16string_view text,
+                                 std::u16string_view substitute) {
   std::u16string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -111,7 +114,8 @@ std::u16string CsvEntryLine(const TimeEntry& entry, const Settings& settings,
   AppendField(&line, entry.currency);
   // A non-billable entry still shows its rate; only its type and amount are
   // left out.
-  AppendField(&line, entry.rate != 0 ? FormatExportHundredths(entry.rate) : std::u16string());
+  AppendField(&line,
+              entry.rate != 0 ? FormatExportHundredths(entry.rate) : std::u16string());
   AppendField(&line, entry.billable ? FormatInteger(entry.rateType) : std::u16string());
   AppendField(&line, entry.billable ? FormatTwoDecimals(EntryAmount(entry, settings))
                                     : std::u16string());
@@ -119,17 +123,19 @@ std::u16string CsvEntryLine(const TimeEntry& entry, const Settings& settings,
   AppendField(&line, entry.custom1);
   AppendField(&line, entry.custom2);
   AppendField(&line, entry.custom3);
-  AppendField(&line, ReplaceLineBreaks(ExportNoteText(entry), BreakSubstitute(settings.break_sub)));
+  AppendField(&line, ReplaceLineBreaks(ExportNoteText(entry),
+                                       BreakSubstitute(settings.break_sub)));
   line.append(u"\r\n");
   return line;
 }
 
-bool ExportCsv(const std::string& path, const EntryFilter& criteria, ExportSources& sources) {
+bool ExportCsv(const std::string& path, const EntryFilter& criteria,
+               ExportSources& sources) {
   NarrowTextWriter writer(sources.files, sources.locale.AnsiCodePage());
   if (!writer.Open(path)) return false;
   if (!writer.Write(CsvHeaderLine(sources.settings))) return false;
-  const ExportWalkResult walked =
-      WalkExportRange(sources.entries, criteria, sources.locale, [&](const TimeEntry& entry) {
+  const ExportWalkResult walked = WalkExportRange(
+      sources.entries, criteria, sources.locale, [&](const TimeEntry& entry) {
         return writer.Write(CsvEntryLine(entry, sources.settings, sources.locale));
       });
   // Close makes the file durable; a file that cannot be is not reported

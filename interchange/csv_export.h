@@ -58,7 +58,8 @@ inline constexpr std::u16string_view kBreakSubstitutes[] = {u" ", u"  ", u"~`", 
 // the first choice.
 std::u16string_view BreakSubstitute(std::uint16_t break_sub);
 // `text` with every CR LF pair replaced by `substitute`; lone CRs and LFs stay.
-std::u16string ReplaceLineBreaks(std::u16string_view text, std::u16string_view substitute);
+std::u16string ReplaceLineBreaks(std::u16string_view text,
+                                 std::u16string_view substitute);
 
 // The header line, CR LF included: the fixed cells, the three custom field
 // descriptions as they stand, and "Note".
@@ -71,7 +72,8 @@ std::u16string CsvEntryLine(const TimeEntry& entry, const Settings& settings,
 // Writes the CSV file at `path` (replacing one that exists) in the locale's
 // ANSI code page, one byte per character. False when the file cannot be
 // created or a write fails; a partly written file is left in place.
-bool ExportCsv(const std::string& path, const EntryFilter& criteria, ExportSources& sources);
+bool ExportCsv(const std::string& path, const EntryFilter& criteria,
+               ExportSources& sources);
 
 }  // namespace quillora
 

@@ -36,7 +36,8 @@ TEST_F(CsvExportTest, WritesTheRangeStrictlyAfterItsStartUpToItsEnd) {
   AddSamples();
   auto sources = Sources();
   ASSERT_TRUE(ExportCsv(Path(), SampleDays(), sources));
-  EXPECT_EQ(Bytes(), std::string(kHeader) + kFullLine + kNonBillableLine + kPaidLine + kLastLine)
+  EXPECT_EQ(Bytes(),
+            std::string(kHeader) + kFullLine + kNonBillableLine + kPaidLine + kLastLine)
       << "the entry at the range start and the one after the range are not written";
 }
 
@@ -64,7 +65,8 @@ TEST_F(CsvExportTest, AnEmptyRangeGivesTheHeaderWithTheCustomDescriptions) {
            Case{{u"Custom 1", u"Custom 2", u"Custom 3"},
                 "\"Custom 1\",\"Custom 2\",\"Custom 3\",\"Note\"\r\n"},
            Case{{u"", u"", u""}, "\"\",\"\",\"\",\"Note\"\r\n"},
-           Case{{u"Ref \"x\", y", u"", u"Km"}, "\"Ref \"x\", y\",\"\",\"Km\",\"Note\"\r\n"},
+           Case{{u"Ref \"x\", y", u"", u"Km"},
+                "\"Ref \"x\", y\",\"\",\"Km\",\"Note\"\r\n"},
        }) {
     settings_.custom_labels = c.labels;
     auto sources = Sources();
@@ -100,9 +102,9 @@ TEST(CsvLineBreakTest, OnlyCrLfPairsAreReplaced) {
     std::u16string text;
     std::u16string expected;
   };
-  for (const Case& c : {Case{u"a\r\nb", u"a~`b"}, Case{u"a\nb", u"a\nb"}, Case{u"a\rb", u"a\rb"},
-                        Case{u"\n\r\r\n\n", u"\n\r~`\n"}, Case{u"\r\n\r\n", u"~`~`"},
-                        Case{u"", u""}, Case{u"\r", u"\r"}}) {
+  for (const Case& c : {Case{u"a\r\nb", u"a~`b"}, Case{u"a\nb", u"a\nb"},
+                        Case{u"a\rb", u"a\rb"}, Case{u"\n\r\r\n\n", u"\n\r~`\n"},
+                        Case{u"\r\n\r\n", u"~`~`"}, Case{u"", u""}, Case{u"\r", u"\r"}}) {
     EXPECT_EQ(ReplaceLineBreaks(c.text, u"~`"), c.expected) << c.text.size();
   }
 }

@@ -20,10 +20,12 @@ bool RunExport(ExportFormat format, const std::string& path, const EntryFilter& 
                                       : ExportXml(path, criteria, sources);
 }
 
-ExportOutcome RunExportCommand(ExportFormat format, const std::optional<EntryFilter>& criteria,
+ExportOutcome RunExportCommand(ExportFormat format,
+                               const std::optional<EntryFilter>& criteria,
                                ExportSources& sources, UserPrompt& prompt) {
   if (!criteria) return ExportOutcome::kCancelled;
-  const std::optional<std::string> path = prompt.ChooseFileToSave(ExportFileChooser(format));
+  const std::optional<std::string> path =
+      prompt.ChooseFileToSave(ExportFileChooser(format));
   if (!path) return ExportOutcome::kCancelled;
   if (RunExport(format, *path, *criteria, sources)) return ExportOutcome::kExported;
   prompt.ShowMessage(kAppTitle, LoadString(kIdsExportFailed), MessageIcon::kError);

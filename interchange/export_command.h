@@ -18,14 +18,15 @@ enum class ExportFormat { kCsv, kXml };
 enum class ExportOutcome {
   kCancelled,  // the range dialog or the save chooser was cancelled
   kExported,
-  kFailed,     // the failure message was shown
+  kFailed,  // the failure message was shown
 };
 
 // The save chooser of each format (each "|" ends a string of the filter).
 inline constexpr char16_t kCsvFileFilter[] = u"CSV Files (*.csv)|*.csv|";
 inline constexpr char16_t kXmlFileFilter[] = u"XML Files (*.xml)|*.xml|";
 // Both: ask before an existing file is replaced.
-inline constexpr std::uint32_t kExportChooserFlags = kFileOverwritePrompt | kFileHideReadOnly;
+inline constexpr std::uint32_t kExportChooserFlags =
+    kFileOverwritePrompt | kFileHideReadOnly;
 
 // The chooser of a format: its filter, default extension ("csv", "xml") and
 // kExportChooserFlags.
@@ -41,7 +42,8 @@ bool RunExport(ExportFormat format, const std::string& path, const EntryFilter& 
 // cancelled chooser ends the command with nothing written. When the export
 // fails, "Export failed. Please make sure there is enough storage space and
 // try agin." is shown titled "Quillora" with the error icon.
-ExportOutcome RunExportCommand(ExportFormat format, const std::optional<EntryFilter>& criteria,
+ExportOutcome RunExportCommand(ExportFormat format,
+                               const std::optional<EntryFilter>& criteria,
                                ExportSources& sources, UserPrompt& prompt);
 
 }  // namespace quillora

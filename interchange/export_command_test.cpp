@@ -22,12 +22,14 @@ TEST_F(ExportCommandTest, AsksForTheFileOfTheFormatThenExports) {
     std::u16string extension;
     std::string first_bytes;
   };
-  for (const Case& c : {Case{ExportFormat::kCsv, u"CSV Files (*.csv)|*.csv|", u"csv", "\"Date\""},
-                        Case{ExportFormat::kXml, u"XML Files (*.xml)|*.xml|", u"xml", "<?xml"}}) {
+  for (const Case& c :
+       {Case{ExportFormat::kCsv, u"CSV Files (*.csv)|*.csv|", u"csv", "\"Date\""},
+        Case{ExportFormat::kXml, u"XML Files (*.xml)|*.xml|", u"xml", "<?xml"}}) {
     testing::FakePrompt prompt;
     prompt.files.push_back(Path());
     auto sources = Sources();
-    EXPECT_EQ(RunExportCommand(c.format, SampleDays(), sources, prompt), ExportOutcome::kExported);
+    EXPECT_EQ(RunExportCommand(c.format, SampleDays(), sources, prompt),
+              ExportOutcome::kExported);
     ASSERT_EQ(prompt.choosers.size(), 1u);
     EXPECT_EQ(prompt.choosers[0].filter, c.filter);
     EXPECT_EQ(prompt.choosers[0].default_extension, c.extension);
@@ -61,7 +63,8 @@ TEST_F(ExportCommandTest, AFailureMidFileShowsTheMessageAndKeepsThePart) {
     testing::FakePrompt prompt;
     prompt.files.push_back(Path());
     auto sources = Sources(files);
-    EXPECT_EQ(RunExportCommand(format, SampleDays(), sources, prompt), ExportOutcome::kFailed);
+    EXPECT_EQ(RunExportCommand(format, SampleDays(), sources, prompt),
+              ExportOutcome::kFailed);
     ASSERT_EQ(prompt.shown.size(), 1u);
     EXPECT_EQ(prompt.shown[0].title, u"Quillora");
     EXPECT_EQ(prompt.shown[0].text, kFailed);

@@ -25,8 +25,8 @@ class ExportTest : public ::testing::Test {
   static TimeEntry At(int year, int month, int day, int hour = 0, int minute = 0,
                       int second = 0) {
     TimeEntry e;
-    EXPECT_TRUE(SystemTimeToFileTime(MakeSystemTime(year, month, day, hour, minute, second),
-                                     &e.start));
+    EXPECT_TRUE(SystemTimeToFileTime(
+        MakeSystemTime(year, month, day, hour, minute, second), &e.start));
     return e;
   }
   static void SetNoteText(TimeEntry* e, const std::u16string& text) {
@@ -37,8 +37,9 @@ class ExportTest : public ::testing::Test {
 
   // Every entry from the first day 00:00:00 to the last day 23:59:59.
   static EntryFilter Days(int y1, int m1, int d1, int y2, int m2, int d2) {
-    return MakeExportCriteria({MakeSystemTime(y1, m1, d1), MakeSystemTime(y2, m2, d2, 23, 59, 59)},
-                              EntryFilter());
+    return MakeExportCriteria(
+        {MakeSystemTime(y1, m1, d1), MakeSystemTime(y2, m2, d2, 23, 59, 59)},
+        EntryFilter());
   }
 
   // Six entries around the range 2026-11-20 .. 2026-11-22 of SampleDays():

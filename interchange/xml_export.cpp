@@ -55,13 +55,14 @@ void AddXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& set
   doc->OutOfElement();
 }
 
-bool ExportXml(const std::string& path, const EntryFilter& criteria, ExportSources& sources) {
+bool ExportXml(const std::string& path, const EntryFilter& criteria,
+               ExportSources& sources) {
   MarkupDocument doc;
   doc.AddElement(u"ITEMS");
   // The entries are read before the file is created: a walk that fails
   // leaves no file behind.
-  const ExportWalkResult walked =
-      WalkExportRange(sources.entries, criteria, sources.locale, [&](const TimeEntry& entry) {
+  const ExportWalkResult walked = WalkExportRange(
+      sources.entries, criteria, sources.locale, [&](const TimeEntry& entry) {
         AddXmlItem(&doc, entry, sources.settings, sources.locale);
         return true;
       });

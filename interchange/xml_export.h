@@ -37,7 +37,8 @@ void AddXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& set
 // the entries cannot be read, the file cannot be created or the declaration
 // or (not UTF-16) the document cannot be written; a partly written file is
 // left in place. The result of the UTF-16 document write is not looked at.
-bool ExportXml(const std::string& path, const EntryFilter& criteria, ExportSources& sources);
+bool ExportXml(const std::string& path, const EntryFilter& criteria,
+               ExportSources& sources);
 
 }  // namespace quillora
 

@@ -131,7 +131,8 @@ TEST_F(XmlExportTest, NoEntriesGiveAnEmptyItemsElement) {
 
 TEST_F(XmlExportTest, FailuresLeaveThePartFileOrNoFile) {
   AddSamples();
-  const std::string whole = Narrow(std::u16string(u"<?xml version=\"1.0\"?>\r\n") + kItems);
+  const std::string whole =
+      Narrow(std::u16string(u"<?xml version=\"1.0\"?>\r\n") + kItems);
 
   // The disk fills during the document.
   testing::FaultyFileSystem full;
@@ -162,7 +163,10 @@ TEST_F(XmlExportTest, AFailedUtf16DocumentWriteIsStillReportedWritten) {
   files.fail_write_number = 3;  // mark, declaration, document
   auto sources = Sources(files);
   EXPECT_TRUE(ExportXml(Path(), SampleDays(), sources));
-  EXPECT_EQ(Bytes().size(), 2 + 2 * std::u16string_view(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n").size());
+  EXPECT_EQ(
+      Bytes().size(),
+      2 + 2 * std::u16string_view(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n")
+                  .size());
 
   // The mark and the declaration count, and so does a file that cannot be
   // closed.

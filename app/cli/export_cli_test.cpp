@@ -22,16 +22,20 @@ constexpr char kHeader[] =
     "\"Billable\",\"Paid\",\"Currency\",\"Rate\",\"Rate Type\",\"Amount\",\"Bill To\","
     "\"Custom 1\",\"Custom 2\",\"Custom 3\",\"Note\"\r\n";
 constexpr char kAtMidnightLine[] =
-    "\"11/20/2026\",\"At midnight\",\"\",\"\",\"\",\"\",\"0.00\",\"N\",\"N\",\"\",\"\",\"\","
+    "\"11/20/2026\",\"At "
+    "midnight\",\"\",\"\",\"\",\"\",\"0.00\",\"N\",\"N\",\"\",\"\",\"\","
     "\"\",\"\",\"\",\"\",\"\",\"\"\r\n";
 constexpr char kAcmeLine[] =
-    "\"11/20/2026\",\"Acme \"Big\" & Co\",\"Caf\xe9\",\"\",\"Design\",\"2:05 PM\",\"0.17\","
+    "\"11/20/2026\",\"Acme \"Big\" & Co\",\"Caf\xe9\",\"\",\"Design\",\"2:05 "
+    "PM\",\"0.17\","
     "\"Y\",\"N\",\"EUR\",\"60.00\",\"0\",\"10.20\",\"\",\"\",\"c2\",\"\",\"one two\"\r\n";
 constexpr char kPaidLine[] =
-    "\"11/21/2026\",\"Paid\",\"\",\"\",\"\",\"9:00 AM\",\"1.00\",\"Y\",\"Y\",\"USD\",\"\","
+    "\"11/21/2026\",\"Paid\",\"\",\"\",\"\",\"9:00 "
+    "AM\",\"1.00\",\"Y\",\"Y\",\"USD\",\"\","
     "\"1\",\"0.00\",\"\",\"\",\"\",\"\",\"\"\r\n";
 constexpr char kNextWeekLine[] =
-    "\"11/23/2026\",\"Next week\",\"\",\"\",\"\",\"\",\"0.00\",\"N\",\"N\",\"\",\"\",\"\","
+    "\"11/23/2026\",\"Next "
+    "week\",\"\",\"\",\"\",\"\",\"0.00\",\"N\",\"N\",\"\",\"\",\"\","
     "\"\",\"\",\"\",\"\",\"\",\"\"\r\n";
 constexpr char kFailed[] =
     "Quillora: Export failed. Please make sure there is enough storage space and try "
@@ -46,8 +50,8 @@ class ExportCliTest : public ::testing::Test {
     EntryStore store(*data.volume);
     EXPECT_TRUE(store.Open());
     auto add = [&](TimeEntry e, int day, int hour, int minute, int second) {
-      EXPECT_TRUE(
-          SystemTimeToFileTime(MakeSystemTime(2026, 11, day, hour, minute, second), &e.start));
+      EXPECT_TRUE(SystemTimeToFileTime(
+          MakeSystemTime(2026, 11, day, hour, minute, second), &e.start));
       EXPECT_TRUE(AddEntry(store, e));
     };
     TimeEntry midnight;
@@ -119,7 +123,8 @@ TEST_F(ExportCliTest, PeriodsPickTheRange) {
            Case{{"--day", "2026-11-20"}, kAcmeLine},
            Case{{"--month", "2026-11-01"},
                 std::string(kAtMidnightLine) + kAcmeLine + kPaidLine + kNextWeekLine},
-           Case{{"--custom", "2026-11-21", "2026-11-23"}, std::string(kPaidLine) + kNextWeekLine},
+           Case{{"--custom", "2026-11-21", "2026-11-23"},
+                std::string(kPaidLine) + kNextWeekLine},
            Case{{"--week", "2026-11-23"}, kNextWeekLine},
            Case{{"--custom", "2026-11-24", "2026-11-30"}, ""},
        }) {
@@ -129,7 +134,8 @@ TEST_F(ExportCliTest, PeriodsPickTheRange) {
     args.push_back(out);
     const auto r = Run(args);
     EXPECT_EQ(r.status, 0) << args[2] << r.err;
-    EXPECT_EQ(ReadFileBytes(out), kHeader + c.lines) << (c.period.empty() ? "" : c.period[0]);
+    EXPECT_EQ(ReadFileBytes(out), kHeader + c.lines)
+        << (c.period.empty() ? "" : c.period[0]);
   }
 }
 
@@ -142,7 +148,8 @@ TEST_F(ExportCliTest, XmlInUtf16) {
       "<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n"
       "<ITEMS>\r\n<ITEM Billable=\"Y\" Paid=\"Y\">\r\n<DATE>2026-11-21</DATE>\r\n"
       "<CLIENT>Paid</CLIENT>\r\n<PROJECT/>\r\n<PHASE/>\r\n<TASK/>\r\n"
-      "<START>09:00:00</START>\r\n<DURATION>1.00</DURATION>\r\n<CURRENCY>USD</CURRENCY>\r\n"
+      "<START>09:00:00</START>\r\n<DURATION>1.00</DURATION>\r\n<CURRENCY>USD</"
+      "CURRENCY>\r\n"
       "<AMOUNT>0.00</AMOUNT>\r\n<BILLTO/>\r\n<CUSTOM1/>\r\n<CUSTOM2/>\r\n<CUSTOM3/>\r\n"
       "</ITEM>\r\n</ITEMS>\r\n";
   std::string expected = "\xff\xfe";

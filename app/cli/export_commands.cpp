@@ -34,8 +34,8 @@ int Export(CliContext& context, Arguments& args) {
   if (!LoadFilter(*context.data.registry, &filter)) {
     return context.Fail(u"The filter could not be read.");
   }
-  const PeriodRange range = ResolveExportRange(range_options, context.data.settings,
-                                               *context.clock);
+  const PeriodRange range =
+      ResolveExportRange(range_options, context.data.settings, *context.clock);
   ExportSources sources{entries, context.data.settings, context.locale(),
                         FileSystem::Posix()};
   // The file is what the save chooser answers; an existing one is replaced

@@ -9,8 +9,9 @@ struct PeriodFlag {
   const char* name;
   PeriodKind kind;
 };
-constexpr PeriodFlag kPeriodFlags[] = {
-    {"--day", PeriodKind::kDay}, {"--week", PeriodKind::kWeek}, {"--month", PeriodKind::kMonth}};
+constexpr PeriodFlag kPeriodFlags[] = {{"--day", PeriodKind::kDay},
+                                       {"--week", PeriodKind::kWeek},
+                                       {"--month", PeriodKind::kMonth}};
 
 bool TakeDate(const std::string& option, const std::string& text, SystemTime* date,
               std::string* error) {
@@ -30,7 +31,8 @@ std::optional<SystemTime> ParseCommandLineDate(const std::string& text) {
   return ParseIsoDateTime(text);
 }
 
-bool TakeExportRangeOptions(Arguments& args, ExportRangeOptions* options, std::string* error) {
+bool TakeExportRangeOptions(Arguments& args, ExportRangeOptions* options,
+                            std::string* error) {
   *options = ExportRangeOptions();
   int given = 0;
   for (const PeriodFlag& flag : kPeriodFlags) {
@@ -73,7 +75,8 @@ bool TakeExportRangeOptions(Arguments& args, ExportRangeOptions* options, std::s
 }
 
 void TakeExportPeriodDate(ExportRangeOptions* options, std::vector<std::string>* words) {
-  if (!options->kind || *options->kind == PeriodKind::kCustom || words->size() != 2) return;
+  if (!options->kind || *options->kind == PeriodKind::kCustom || words->size() != 2)
+    return;
   for (auto it = words->begin(); it != words->end(); ++it) {
     if (auto date = ParseCommandLineDate(*it)) {
       options->date = date;
@@ -83,8 +86,8 @@ void TakeExportPeriodDate(ExportRangeOptions* options, std::vector<std::string>*
   }
 }
 
-PeriodRange ResolveExportRange(const ExportRangeOptions& options, const Settings& settings,
-                               const Clock& clock) {
+PeriodRange ResolveExportRange(const ExportRangeOptions& options,
+                               const Settings& settings, const Clock& clock) {
   if (options.from_to) {
     const SystemTime& l = options.last;
     return {DateOnly(options.first), MakeSystemTime(l.year, l.month, l.day, 23, 59, 59)};
@@ -93,7 +96,8 @@ PeriodRange ResolveExportRange(const ExportRangeOptions& options, const Settings
     return CustomPeriod(options.first, options.last).GetRange();
   }
   const SystemTime date = options.date ? *options.date : DateOnly(clock.LocalNow());
-  const PeriodKind kind = options.kind ? *options.kind : PeriodKindFromView(settings.view);
+  const PeriodKind kind =
+      options.kind ? *options.kind : PeriodKindFromView(settings.view);
   return MakePeriod(kind, date, settings)->GetRange();
 }
 

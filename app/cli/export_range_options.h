@@ -36,7 +36,8 @@ std::optional<SystemTime> ParseCommandLineDate(const std::string& text);
 
 // Takes the range options out of `args`. False with a usage message in
 // `error` for a malformed date, a missing value, or two ranges at once.
-bool TakeExportRangeOptions(Arguments& args, ExportRangeOptions* options, std::string* error);
+bool TakeExportRangeOptions(Arguments& args, ExportRangeOptions* options,
+                            std::string* error);
 
 // The DATE that may follow --day, --week or --month is left among the
 // positional words, since the option's value is optional. When one of those
@@ -48,8 +49,8 @@ void TakeExportPeriodDate(ExportRangeOptions* options, std::vector<std::string>*
 // dialog is prefilled with it), --from 00:00:00 to --to 23:59:59, or the
 // period of the "View" setting at today (a custom period from PeriodStart and
 // PeriodEnd).
-PeriodRange ResolveExportRange(const ExportRangeOptions& options, const Settings& settings,
-                               const Clock& clock);
+PeriodRange ResolveExportRange(const ExportRangeOptions& options,
+                               const Settings& settings, const Clock& clock);
 
 }  // namespace quillora
 
