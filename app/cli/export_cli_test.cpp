@@ -189,6 +189,7 @@ TEST_F(ExportCliTest, WrongUsageWritesNothing) {
            {"export", "csv", "--from", "2026-11-20", out},
            {"export", "csv", "--from", "2026-11-31", "--to", "2026-12-01", out},
            {"export", "csv", "--day", "--week", out},
+           {"export", "csv", "--day", "2026-11-20"},
            {"export", "csv", "--day", "2026-11-20", "--from", "2026-11-20", "--to",
             "2026-11-20", out},
            {"export", "csv", "--custom", "2026-11-20", out},

@@ -75,8 +75,10 @@ bool TakeExportRangeOptions(Arguments& args, ExportRangeOptions* options,
 }
 
 void TakeExportPeriodDate(ExportRangeOptions* options, std::vector<std::string>* words) {
-  if (!options->kind || *options->kind == PeriodKind::kCustom || words->size() != 2)
+  if (!options->kind || *options->kind == PeriodKind::kCustom || words->empty() ||
+      words->size() > 2) {
     return;
+  }
   for (auto it = words->begin(); it != words->end(); ++it) {
     if (auto date = ParseCommandLineDate(*it)) {
       options->date = date;

@@ -41,8 +41,10 @@ bool TakeExportRangeOptions(Arguments& args, ExportRangeOptions* options,
 
 // The DATE that may follow --day, --week or --month is left among the
 // positional words, since the option's value is optional. When one of those
-// options was given and `words` (the words behind the format) holds two, the
-// first of them that is a date is taken out as its DATE.
+// options was given and `words` (the words behind the format) holds one or
+// two, the first of them that is a date is taken out as its DATE. So a lone
+// date is never taken for the file: a file named like a date is given as
+// "./2026-11-20".
 void TakeExportPeriodDate(ExportRangeOptions* options, std::vector<std::string>* words);
 
 // The range the options stand for: a period's range (as the export range
