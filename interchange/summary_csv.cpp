@@ -1,6 +1,6 @@
 #include "interchange/summary_csv.h"
 
-#include "interchange/narrow_text_writer.h"
+#include "platform/narrow_text_writer.h"
 #include "store/string_table.h"
 
 namespace quillora {

@@ -74,6 +74,8 @@ const std::u16string& LoadString(int id) {
       {kIdsSummaryAmount, u"Amount:"},
       {kIdsSummaryCsvFilter, u"CSV Files (*.csv)|*.csv|"},
       {kIdsSummarySaveAsCsv, u"Save as CSV..."},
+      {kIdsExportFailed,
+       u"Export failed. Please make sure there is enough storage space and try agin."},
       {kIdsCustom1Label, u"Custom 1"},
       {kIdsCustom2Label, u"Custom 2"},
       {kIdsCustom3Label, u"Custom 3"},

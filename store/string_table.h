@@ -71,6 +71,8 @@ enum StringId : int {
   kIdsSummaryAmount = 2109,         // "Amount:"
   kIdsSummaryCsvFilter = 2110,      // "CSV Files (*.csv)|*.csv|"
   kIdsSummarySaveAsCsv = 2111,      // "Save as CSV...": the dialog's command 40101
+  // Exports.
+  kIdsExportFailed = 2200,          // "Export failed. Please make sure there is ..."
   kIdsCustom1Label = 5012,     // "Custom 1"
   kIdsCustom2Label = 5013,
   kIdsCustom3Label = 5014,

@@ -36,6 +36,7 @@ const Command* const kCommands[] = {
     &kContactCommand,
     &kRateCommand,
     &kValueCommand,
+    &kExportCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

@@ -22,6 +22,7 @@ extern const Command kTaskCommand;
 extern const Command kContactCommand;
 extern const Command kRateCommand;
 extern const Command kValueCommand;
+extern const Command kExportCommand;
 
 }  // namespace quillora
 

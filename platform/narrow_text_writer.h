@@ -1,8 +1,8 @@
-// The file object through which exports and list files are written: wide
+// The file object through which exports, reports and list files are written: wide
 // text converted to the ANSI code page with exactly one byte written per
 // character, or a UTF-16 byte order mark followed by raw UTF-16LE.
-#ifndef QUILLORA_INTERCHANGE_NARROW_TEXT_WRITER_H_
-#define QUILLORA_INTERCHANGE_NARROW_TEXT_WRITER_H_
+#ifndef QUILLORA_PLATFORM_NARROW_TEXT_WRITER_H_
+#define QUILLORA_PLATFORM_NARROW_TEXT_WRITER_H_
 
 #include <cstddef>
 #include <memory>
@@ -54,4 +54,4 @@ class NarrowTextWriter {
 
 }  // namespace quillora
 
-#endif  // QUILLORA_INTERCHANGE_NARROW_TEXT_WRITER_H_
+#endif  // QUILLORA_PLATFORM_NARROW_TEXT_WRITER_H_

@@ -1,4 +1,4 @@
-#include "interchange/narrow_text_writer.h"
+#include "platform/narrow_text_writer.h"
 
 #include "platform/code_page.h"
 

@@ -1,0 +1,78 @@
+#include "interchange/export_command.h"
+
+#include <gtest/gtest.h>
+
+#include "interchange/export_test_fixture.h"
+#include "tests/fake_prompt.h"
+#include "tests/faulty_file_system.h"
+
+namespace quillora {
+namespace {
+
+using ExportCommandTest = testing::ExportTest;
+
+constexpr char16_t kFailed[] =
+    u"Export failed. Please make sure there is enough storage space and try agin.";
+
+TEST_F(ExportCommandTest, AsksForTheFileOfTheFormatThenExports) {
+  AddSamples();
+  struct Case {
+    ExportFormat format;
+    std::u16string filter;
+    std::u16string extension;
+    std::string first_bytes;
+  };
+  for (const Case& c :
+       {Case{ExportFormat::kCsv, u"CSV Files (*.csv)|*.csv|", u"csv", "\"Date\""},
+        Case{ExportFormat::kXml, u"XML Files (*.xml)|*.xml|", u"xml", "<?xml"}}) {
+    testing::FakePrompt prompt;
+    prompt.files.push_back(Path());
+    auto sources = Sources();
+    EXPECT_EQ(RunExportCommand(c.format, SampleDays(), sources, prompt),
+              ExportOutcome::kExported);
+    ASSERT_EQ(prompt.choosers.size(), 1u);
+    EXPECT_EQ(prompt.choosers[0].filter, c.filter);
+    EXPECT_EQ(prompt.choosers[0].default_extension, c.extension);
+    EXPECT_EQ(prompt.choosers[0].flags, kFileOverwritePrompt | kFileHideReadOnly);
+    EXPECT_TRUE(prompt.shown.empty());
+    EXPECT_EQ(Bytes().rfind(c.first_bytes, 0), 0u) << c.first_bytes;
+  }
+}
+
+TEST_F(ExportCommandTest, CancellingTheRangeOrTheChooserWritesNothing) {
+  AddSamples();
+  testing::FakePrompt prompt;
+  prompt.files.push_back(Path());
+  auto sources = Sources();
+  EXPECT_EQ(RunExportCommand(ExportFormat::kCsv, std::nullopt, sources, prompt),
+            ExportOutcome::kCancelled);
+  EXPECT_TRUE(prompt.choosers.empty()) << "no chooser after a cancelled range";
+
+  prompt.files = {std::nullopt};
+  EXPECT_EQ(RunExportCommand(ExportFormat::kXml, SampleDays(), sources, prompt),
+            ExportOutcome::kCancelled);
+  EXPECT_TRUE(prompt.shown.empty());
+  EXPECT_FALSE(FileSystem::Posix().Exists(Path()));
+}
+
+TEST_F(ExportCommandTest, AFailureMidFileShowsTheMessageAndKeepsThePart) {
+  AddSamples();
+  for (ExportFormat format : {ExportFormat::kCsv, ExportFormat::kXml}) {
+    testing::FaultyFileSystem files;
+    files.disk_bytes = 300;
+    testing::FakePrompt prompt;
+    prompt.files.push_back(Path());
+    auto sources = Sources(files);
+    EXPECT_EQ(RunExportCommand(format, SampleDays(), sources, prompt),
+              ExportOutcome::kFailed);
+    ASSERT_EQ(prompt.shown.size(), 1u);
+    EXPECT_EQ(prompt.shown[0].title, u"Quillora");
+    EXPECT_EQ(prompt.shown[0].text, kFailed);
+    EXPECT_EQ(prompt.shown[0].icon, MessageIcon::kError);
+    EXPECT_FALSE(prompt.shown[0].question);
+    EXPECT_EQ(Bytes().size(), 300u) << "the partly written file stays";
+  }
+}
+
+}  // namespace
+}  // namespace quillora
