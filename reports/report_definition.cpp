@@ -503,14 +503,18 @@ SaveReportResult SaveReport(ObjectStore& volume, UserPrompt& prompt,
   return report->record_id != 0 ? SaveReportResult::kSaved : SaveReportResult::kFailed;
 }
 
-SavedReportChange DeleteSavedReports(ObjectStore& volume, std::u16string_view name,
-                                     Settings* settings) {
+SavedReportChange DeleteSavedReports(ObjectStore& volume, UserPrompt& prompt,
+                                     std::u16string_view name, Settings* settings) {
   AuxStore aux(volume);
   if (!OpenSavedReports(aux)) return SavedReportChange::kFailed;
   const std::vector<ObjectId> ids = ReportsNamed(aux, name);
   if (ids.empty()) {
     return ListSavedReports(aux).empty() ? SavedReportChange::kNoSavedReport
                                          : SavedReportChange::kNotFound;
+  }
+  if (prompt.Ask(kAppTitle, LoadString(kIdsDeleteItemQuestion), MessageIcon::kWarning,
+                 QuestionButtons::kYesNo, Answer::kNo) != Answer::kYes) {
+    return SavedReportChange::kDeclined;
   }
   bool ok = true;
   for (ObjectId id : ids) ok = aux.DeleteRecord(id) && ok;

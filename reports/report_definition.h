@@ -336,15 +336,16 @@ enum class SavedReportChange {
   kDone,
   kNoSavedReport,
   kNotFound,
-  kDeclined,  // No to "This report already exists. Do you wish to overwrite it?"
+  kDeclined,  // No to the question of the change
   kFailed,
 };
 
-// Deletes every saved report named `name`. When the default report
-// ("DefReport") named it, settings->default_report is emptied (the caller
-// saves the settings).
-SavedReportChange DeleteSavedReports(ObjectStore& volume, std::u16string_view name,
-                                     Settings* settings);
+// Deletes every saved report named `name` once "Are you sure to permanently
+// delete this item?" is answered Yes (warning icon, No by default). When the
+// default report ("DefReport") named it, settings->default_report is emptied
+// (the caller saves the settings).
+SavedReportChange DeleteSavedReports(ObjectStore& volume, UserPrompt& prompt,
+                                     std::u16string_view name, Settings* settings);
 
 // Renames the saved reports named `old_name`. When others already bear
 // `new_name`, "This report already exists. Do you wish to overwrite it?" is

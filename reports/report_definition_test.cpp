@@ -430,12 +430,19 @@ TEST_F(SavedReportsTest, DeleteAndRenameKeepTheDefaultReport) {
   EXPECT_EQ(RenameSavedReports(volume(), prompt_, u"Q", u"R", &settings),
             SavedReportChange::kNotFound);
 
-  EXPECT_EQ(DeleteSavedReports(volume(), u"C", &settings), SavedReportChange::kDone);
+  prompt_.answers = {Answer::kNo};
+  EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"C", &settings),
+            SavedReportChange::kDeclined);
+  EXPECT_EQ(prompt_.shown.back().text, u"Are you sure to permanently delete this item?");
+  EXPECT_EQ(Names(), (std::vector<std::u16string>{u"C", u"D"}));
+  prompt_.answers = {Answer::kYes, Answer::kYes};
+  EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"C", &settings), SavedReportChange::kDone);
   EXPECT_EQ(settings.default_report, u"D");
-  EXPECT_EQ(DeleteSavedReports(volume(), u"D", &settings), SavedReportChange::kDone);
+  EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"D", &settings), SavedReportChange::kDone);
   EXPECT_EQ(settings.default_report, u"");
   EXPECT_TRUE(Names().empty());
-  EXPECT_EQ(DeleteSavedReports(volume(), u"D", &settings), SavedReportChange::kNoSavedReport);
+  EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"D", &settings),
+            SavedReportChange::kNoSavedReport);
   AuxStore aux(volume());
   ASSERT_TRUE(OpenSavedReports(aux));
   int records = 0;

@@ -30,6 +30,8 @@ const Command* const kCommands[] = {
     &kContactCommand,
     &kRateCommand,
     &kValueCommand,
+    &kReportCommand,
+    &kReportDefCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

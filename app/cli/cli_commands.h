@@ -17,6 +17,8 @@ extern const Command kTaskCommand;
 extern const Command kContactCommand;
 extern const Command kRateCommand;
 extern const Command kValueCommand;
+extern const Command kReportCommand;
+extern const Command kReportDefCommand;
 
 }  // namespace quillora
 
