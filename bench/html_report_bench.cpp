@@ -85,7 +85,9 @@ void BM_HtmlReport(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * kEntries);
 }
-BENCHMARK(BM_HtmlReport)->Arg(kReportGroupByField)->Arg(kReportTabular)
+BENCHMARK(BM_HtmlReport)
+    ->Arg(kReportGroupByField)
+    ->Arg(kReportTabular)
     ->Unit(benchmark::kMillisecond);
 
 // The parts of the grouped report on their own.
@@ -93,7 +95,8 @@ void BM_HtmlReportSelect(benchmark::State& state) {
   Fixture& f = Shared();
   const HtmlReportRequest request = Request(kReportGroupByField);
   for (auto _ : state) {
-    benchmark::DoNotOptimize(SelectReportEntries(*f.entries, request, f.settings, *f.locale));
+    benchmark::DoNotOptimize(
+        SelectReportEntries(*f.entries, request, f.settings, *f.locale));
   }
 }
 BENCHMARK(BM_HtmlReportSelect)->Unit(benchmark::kMillisecond);
@@ -103,7 +106,8 @@ void BM_HtmlReportBuild(benchmark::State& state) {
   const HtmlReportRequest request = Request(kReportGroupByField);
   const auto ids = SelectReportEntries(*f.entries, request, f.settings, *f.locale);
   for (auto _ : state) {
-    benchmark::DoNotOptimize(BuildHtmlReport(*f.entries, ids, request, f.settings, *f.locale));
+    benchmark::DoNotOptimize(
+        BuildHtmlReport(*f.entries, ids, request, f.settings, *f.locale));
   }
 }
 BENCHMARK(BM_HtmlReportBuild)->Unit(benchmark::kMillisecond);
@@ -112,8 +116,8 @@ void BM_HtmlReportWrite(benchmark::State& state) {
   Fixture& f = Shared();
   const HtmlReportRequest request = Request(kReportGroupByField);
   const auto ids = SelectReportEntries(*f.entries, request, f.settings, *f.locale);
-  const std::u16string document = BuildHtmlReport(*f.entries, ids, request, f.settings,
-                                                  *f.locale);
+  const std::u16string document =
+      BuildHtmlReport(*f.entries, ids, request, f.settings, *f.locale);
   const std::string path = f.dir.File("report.htm");
   for (auto _ : state) {
     benchmark::DoNotOptimize(

@@ -20,6 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   editor.Fill(&definition);
   quillora::ReportDefinition reread;
   const auto filled = quillora::SerializeReportDefinition(definition);
-  if (!quillora::ParseReportDefinition(filled.data(), filled.size(), &reread)) __builtin_trap();
+  if (!quillora::ParseReportDefinition(filled.data(), filled.size(), &reread))
+    __builtin_trap();
   return 0;
 }

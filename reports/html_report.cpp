@@ -14,7 +14,8 @@ namespace quillora {
 namespace {
 
 constexpr char16_t kStyleText[] =
-    u"table.Data { border : 2px solid Black; border-collapse : collapse; font-size : 10pt; "
+    u"table.Data { border : 2px solid Black; border-collapse : collapse; font-size : "
+    u"10pt; "
     u"}\r\n"
     u"th.Data, td.Data { border : 1px solid black;  }\r\n";
 constexpr char16_t kTotalText[] = u"Total";
@@ -36,35 +37,55 @@ SystemTime EntrySystemTime(const TimeEntry& entry) {
 
 const std::u16string& FieldText(const TimeEntry& entry, int field) {
   switch (field) {
-    case kFieldClient: return entry.client;
-    case kFieldProject: return entry.project;
-    case kFieldPhase: return entry.phase;
-    case kFieldTask: return entry.task;
-    case kFieldCurrency: return entry.currency;
-    case kFieldBillTo: return entry.billTo;
-    case kFieldCustom1: return entry.custom1;
-    case kFieldCustom2: return entry.custom2;
-    default: return entry.custom3;
+    case kFieldClient:
+      return entry.client;
+    case kFieldProject:
+      return entry.project;
+    case kFieldPhase:
+      return entry.phase;
+    case kFieldTask:
+      return entry.task;
+    case kFieldCurrency:
+      return entry.currency;
+    case kFieldBillTo:
+      return entry.billTo;
+    case kFieldCustom1:
+      return entry.custom1;
+    case kFieldCustom2:
+      return entry.custom2;
+    default:
+      return entry.custom3;
   }
 }
 
 std::u16string RateTypeName(std::uint16_t rate_type) {
-  return rate_type <= kRateDiscount ? LoadString(kIdsNormalRate + rate_type) : std::u16string();
+  return rate_type <= kRateDiscount ? LoadString(kIdsNormalRate + rate_type)
+                                    : std::u16string();
 }
 
 std::u16string CellText(const TimeEntry& entry, int field, const Settings& settings,
                         const Locale& locale) {
   switch (field) {
-    case kFieldEntryDate: return locale.FormatShortDate(EntrySystemTime(entry));
-    case kFieldDuration: return FormatDurationField(entry.duration);
-    case kFieldBillable: return entry.billable ? u"Yes" : u"No";
-    case kFieldPaid: return entry.paid ? u"Yes" : u"No";
-    case kFieldStartTime: return locale.FormatTime(EntrySystemTime(entry), kTimeNoSeconds);
-    case kFieldRateType: return RateTypeName(entry.rateType);
-    case kFieldAmount: return FormatTwoDecimals(EntryAmount(entry, settings));
-    case kFieldNotes: return NoteBlobToText(entry.note.data(), entry.note.size());
-    case kFieldRate: return FormatHundredths(entry.rate);
-    default: return FieldText(entry, field);
+    case kFieldEntryDate:
+      return locale.FormatShortDate(EntrySystemTime(entry));
+    case kFieldDuration:
+      return FormatDurationField(entry.duration);
+    case kFieldBillable:
+      return entry.billable ? u"Yes" : u"No";
+    case kFieldPaid:
+      return entry.paid ? u"Yes" : u"No";
+    case kFieldStartTime:
+      return locale.FormatTime(EntrySystemTime(entry), kTimeNoSeconds);
+    case kFieldRateType:
+      return RateTypeName(entry.rateType);
+    case kFieldAmount:
+      return FormatTwoDecimals(EntryAmount(entry, settings));
+    case kFieldNotes:
+      return NoteBlobToText(entry.note.data(), entry.note.size());
+    case kFieldRate:
+      return FormatHundredths(entry.rate);
+    default:
+      return FieldText(entry, field);
   }
 }
 
@@ -92,10 +113,18 @@ class GroupKey {
     }
     label_ = FieldLabel(field_, settings);
     switch (PropTypeOf(kReportFields[field_].property)) {
-      case kPropString: kind_ = Kind::kText; break;
-      case kPropBool: kind_ = Kind::kFlag; break;
-      case kPropFileTime: kind_ = Kind::kDate; break;
-      default: kind_ = Kind::kNumber; break;
+      case kPropString:
+        kind_ = Kind::kText;
+        break;
+      case kPropBool:
+        kind_ = Kind::kFlag;
+        break;
+      case kPropFileTime:
+        kind_ = Kind::kDate;
+        break;
+      default:
+        kind_ = Kind::kNumber;
+        break;
     }
     if (field_ == kFieldProject && definition.group_by_project_task == 1) {
       kind_ = Kind::kProjectTask;
@@ -110,8 +139,11 @@ class GroupKey {
   GroupValue ValueOf(const TimeEntry& entry) const {
     GroupValue v;
     switch (kind_) {
-      case Kind::kNone: break;
-      case Kind::kText: v.text = FieldText(entry, field_); break;
+      case Kind::kNone:
+        break;
+      case Kind::kText:
+        v.text = FieldText(entry, field_);
+        break;
       case Kind::kProjectTask:
         v.text = entry.project;
         v.second_text = entry.task;
@@ -124,8 +156,9 @@ class GroupKey {
         break;
       case Kind::kDate:
         // The entry date groups by day, the start time by hour and minute.
-        v.number = field_ == kFieldEntryDate ? entry.start / kTicksPerDay
-                                             : entry.start % kTicksPerDay / kTicksPerMinute;
+        v.number = field_ == kFieldEntryDate
+                       ? entry.start / kTicksPerDay
+                       : entry.start % kTicksPerDay / kTicksPerMinute;
         break;
     }
     return v;
@@ -255,8 +288,9 @@ class ReportBuilder {
     doc_.AddChildElement(u"tr");
     doc_.IntoElement();
     for (int field : columns_) {
-      const std::u16string text = field == kFieldAmount ? FormatTwoDecimals(amount)
-                                                        : CellText(entry, field, settings_, locale_);
+      const std::u16string text = field == kFieldAmount
+                                      ? FormatTwoDecimals(amount)
+                                      : CellText(entry, field, settings_, locale_);
       Cell(text, IsRightAligned(field));
     }
     doc_.OutOfElement();
@@ -292,7 +326,8 @@ class ReportBuilder {
       double value;
       const char16_t* unit;
     } totals[] = {
-        {d.hide_total_billable_hours, kTotalBillableHoursLabel, sums_.billable_hours, u"h"},
+        {d.hide_total_billable_hours, kTotalBillableHoursLabel, sums_.billable_hours,
+         u"h"},
         {d.hide_total_unpaid_amount, kTotalUnpaidAmountLabel, sums_.unpaid_amount, u""},
         {d.hide_total_paid_amount, kTotalPaidAmountLabel, sums_.paid_amount, u""},
         {d.hide_total_non_billable_hours, kTotalNonBillableHoursLabel,
@@ -300,8 +335,8 @@ class ReportBuilder {
     };
     for (const auto& t : totals) {
       if (t.hidden == 1) continue;
-      doc_.AddChildElement(u"span", std::u16string(t.label) + u": " +
-                                        FormatTwoDecimals(t.value) + t.unit);
+      doc_.AddChildElement(
+          u"span", std::u16string(t.label) + u": " + FormatTwoDecimals(t.value) + t.unit);
       doc_.AddChildElement(u"br");
     }
     if (d.hide_report_date != 1) {
@@ -352,8 +387,10 @@ bool ReadEntryById(EntryStore& entries, ObjectId id, TimeEntry* entry) {
 
 }  // namespace
 
-std::vector<ObjectId> SelectReportEntries(EntryStore& entries, const HtmlReportRequest& request,
-                                          const Settings& settings, const Locale& locale) {
+std::vector<ObjectId> SelectReportEntries(EntryStore& entries,
+                                          const HtmlReportRequest& request,
+                                          const Settings& settings,
+                                          const Locale& locale) {
   std::vector<ObjectId> ids;
   FileTime start = 0;
   FileTime end = 0;
@@ -441,8 +478,10 @@ bool WriteHtmlReport(FileSystem& files, const std::string& path,
 bool GenerateHtmlReport(EntryStore& entries, FileSystem& files, const std::string& path,
                         const HtmlReportRequest& request, const Settings& settings,
                         const Locale& locale) {
-  const std::vector<ObjectId> ids = SelectReportEntries(entries, request, settings, locale);
-  const std::u16string document = BuildHtmlReport(entries, ids, request, settings, locale);
+  const std::vector<ObjectId> ids =
+      SelectReportEntries(entries, request, settings, locale);
+  const std::u16string document =
+      BuildHtmlReport(entries, ids, request, settings, locale);
   return WriteHtmlReport(files, path, document, locale.AnsiCodePage());
 }
 

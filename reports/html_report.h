@@ -44,7 +44,8 @@ struct HtmlReportRequest {
 // criteria are kept; a "Group By Field" report sorts them by its group-by
 // field (stable, so entries of one group stay in date order), except when it
 // groups by the entry date. A walk that cannot begin gives no entries.
-std::vector<ObjectId> SelectReportEntries(EntryStore& entries, const HtmlReportRequest& request,
+std::vector<ObjectId> SelectReportEntries(EntryStore& entries,
+                                          const HtmlReportRequest& request,
                                           const Settings& settings, const Locale& locale);
 
 // The report document (before "/>" becomes " />") for those entries, each

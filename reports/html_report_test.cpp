@@ -53,7 +53,8 @@ const std::string kSmallHeaderRow = Lines(
     {"<tr>", "<th class=\"Data\">Task</th>", "<th class=\"Data\">Ticket</th>",
      "<th class=\"Data\">Duration</th>", "<th class=\"Data\">Amount</th>", "</tr>"});
 
-const std::string kTableStart = Lines({"<table border=\"0\" class=\"Data\" cellpadding=\"2\">"});
+const std::string kTableStart =
+    Lines({"<table border=\"0\" class=\"Data\" cellpadding=\"2\">"});
 
 class HtmlReportTest : public ::testing::Test {
  protected:
@@ -98,8 +99,8 @@ class HtmlReportTest : public ::testing::Test {
 
   std::string Generate(const HtmlReportRequest& request) {
     const std::string path = dir_.File("report.htm");
-    EXPECT_TRUE(GenerateHtmlReport(entries_, FileSystem::Posix(), path, request, settings_,
-                                   *locale_));
+    EXPECT_TRUE(GenerateHtmlReport(entries_, FileSystem::Posix(), path, request,
+                                   settings_, *locale_));
     return testing::ReadFileBytes(path);
   }
   std::string Generate(const ReportDefinition& d) { return Generate(Request(d)); }
@@ -120,9 +121,10 @@ TEST_F(HtmlReportTest, GroupByFieldWritesOneTablePerGroupByteForByte) {
       Head("Hours &lt;March&gt;", "<h2>Date: 3/2/2026</h2>") +
           Lines({"<h3>Client: Acme</h3>"}) + kTableStart + kSmallHeaderRow +
           Lines({"<tr>", "<td class=\"Data\">Build &amp; test</td>",
-                 "<td class=\"Data\">T-1</td>", "<td class=\"Data\" align=\"right\">0.25</td>",
-                 "<td class=\"Data\" align=\"right\">15.00</td>", "</tr>",
-                 "<tr>", "<td class=\"Data\">Meet</td>", "<td class=\"Data\" />",
+                 "<td class=\"Data\">T-1</td>",
+                 "<td class=\"Data\" align=\"right\">0.25</td>",
+                 "<td class=\"Data\" align=\"right\">15.00</td>", "</tr>", "<tr>",
+                 "<td class=\"Data\">Meet</td>", "<td class=\"Data\" />",
                  "<td class=\"Data\" align=\"right\">1.00</td>",
                  "<td class=\"Data\" align=\"right\">50.00</td>", "</tr>",
                  // A non-billable entry's amount counts in its group.
@@ -131,18 +133,32 @@ TEST_F(HtmlReportTest, GroupByFieldWritesOneTablePerGroupByteForByte) {
                  "<td class=\"Data\" align=\"right\">65.00</td>", "</tr>", "</table>",
                  "<h3>Client: Beta</h3>"}) +
           kTableStart + kSmallHeaderRow +
-          Lines({"<tr>", "<td class=\"Data\">Design</td>", "<td class=\"Data\" />",
+          Lines({"<tr>",
+                 "<td class=\"Data\">Design</td>",
+                 "<td class=\"Data\" />",
                  "<td class=\"Data\" align=\"right\">1.50</td>",
-                 "<td class=\"Data\" align=\"right\">60.00</td>", "</tr>",
-                 "<tr>", "<td class=\"Data\">Total</td>", "<td class=\"Data\"> </td>",
+                 "<td class=\"Data\" align=\"right\">60.00</td>",
+                 "</tr>",
+                 "<tr>",
+                 "<td class=\"Data\">Total</td>",
+                 "<td class=\"Data\"> </td>",
                  "<td class=\"Data\" align=\"right\">1.50h</td>",
-                 "<td class=\"Data\" align=\"right\">60.00</td>", "</tr>", "</table>",
-                 "<p>", "<span>Total Billable Hours: 1.75h</span>", "<br />",
-                 "<span>Total Unpaid Amount: 60.00</span>", "<br />",
-                 "<span>Total Paid Amount: 15.00</span>", "<br />",
-                 "<span>Total Non-Billable Hours: 1.00h</span>", "<br />",
-                 "<span style=\"font-size : xx-small;\">Report Date: 3/9/2026</span>", "</p>",
-                 "</body>", "</html>"}));
+                 "<td class=\"Data\" align=\"right\">60.00</td>",
+                 "</tr>",
+                 "</table>",
+                 "<p>",
+                 "<span>Total Billable Hours: 1.75h</span>",
+                 "<br />",
+                 "<span>Total Unpaid Amount: 60.00</span>",
+                 "<br />",
+                 "<span>Total Paid Amount: 15.00</span>",
+                 "<br />",
+                 "<span>Total Non-Billable Hours: 1.00h</span>",
+                 "<br />",
+                 "<span style=\"font-size : xx-small;\">Report Date: 3/9/2026</span>",
+                 "</p>",
+                 "</body>",
+                 "</html>"}));
 }
 
 TEST_F(HtmlReportTest, TabularWritesOneTableInDateOrderByteForByte) {
@@ -154,24 +170,41 @@ TEST_F(HtmlReportTest, TabularWritesOneTableInDateOrderByteForByte) {
   d.hide_total_unpaid_amount = 1;
   d.hide_total_non_billable_hours = 1;
   d.hide_report_date = 1;
-  EXPECT_EQ(
-      Generate(d),
-      Head("Hours &lt;March&gt;", "<h2 />") + kTableStart + kSmallHeaderRow +
-          Lines({"<tr>", "<td class=\"Data\">Build &amp; test</td>",
-                 "<td class=\"Data\">T-1</td>", "<td class=\"Data\" align=\"right\">0.25</td>",
-                 "<td class=\"Data\" align=\"right\">15.00</td>", "</tr>",
-                 "<tr>", "<td class=\"Data\">Design</td>", "<td class=\"Data\" />",
-                 "<td class=\"Data\" align=\"right\">1.50</td>",
-                 "<td class=\"Data\" align=\"right\">60.00</td>", "</tr>",
-                 "<tr>", "<td class=\"Data\">Meet</td>", "<td class=\"Data\" />",
-                 "<td class=\"Data\" align=\"right\">1.00</td>",
-                 "<td class=\"Data\" align=\"right\">50.00</td>", "</tr>",
-                 "<tr>", "<td class=\"Data\">Total</td>", "<td class=\"Data\"> </td>",
-                 "<td class=\"Data\" align=\"right\">2.75h</td>",
-                 "<td class=\"Data\" align=\"right\">125.00</td>", "</tr>", "</table>",
-                 "<p>", "<span>Total Billable Hours: 1.75h</span>", "<br />",
-                 "<span>Total Paid Amount: 15.00</span>", "<br />", "</p>", "</body>",
-                 "</html>"}));
+  EXPECT_EQ(Generate(d), Head("Hours &lt;March&gt;", "<h2 />") + kTableStart +
+                             kSmallHeaderRow +
+                             Lines({"<tr>",
+                                    "<td class=\"Data\">Build &amp; test</td>",
+                                    "<td class=\"Data\">T-1</td>",
+                                    "<td class=\"Data\" align=\"right\">0.25</td>",
+                                    "<td class=\"Data\" align=\"right\">15.00</td>",
+                                    "</tr>",
+                                    "<tr>",
+                                    "<td class=\"Data\">Design</td>",
+                                    "<td class=\"Data\" />",
+                                    "<td class=\"Data\" align=\"right\">1.50</td>",
+                                    "<td class=\"Data\" align=\"right\">60.00</td>",
+                                    "</tr>",
+                                    "<tr>",
+                                    "<td class=\"Data\">Meet</td>",
+                                    "<td class=\"Data\" />",
+                                    "<td class=\"Data\" align=\"right\">1.00</td>",
+                                    "<td class=\"Data\" align=\"right\">50.00</td>",
+                                    "</tr>",
+                                    "<tr>",
+                                    "<td class=\"Data\">Total</td>",
+                                    "<td class=\"Data\"> </td>",
+                                    "<td class=\"Data\" align=\"right\">2.75h</td>",
+                                    "<td class=\"Data\" align=\"right\">125.00</td>",
+                                    "</tr>",
+                                    "</table>",
+                                    "<p>",
+                                    "<span>Total Billable Hours: 1.75h</span>",
+                                    "<br />",
+                                    "<span>Total Paid Amount: 15.00</span>",
+                                    "<br />",
+                                    "</p>",
+                                    "</body>",
+                                    "</html>"}));
 }
 
 TEST_F(HtmlReportTest, NoEntriesPutTheTotalRowInBodyAndTheFooterAfterIt) {
@@ -181,13 +214,14 @@ TEST_F(HtmlReportTest, NoEntriesPutTheTotalRowInBodyAndTheFooterAfterIt) {
   d.hide_total_paid_amount = 1;
   d.hide_total_non_billable_hours = 1;
   d.hide_report_date = 1;
-  EXPECT_EQ(Generate(d),
-            Head("Empty", "<h2>From 3/2/2026 To 3/8/2026</h2>") +
-                Lines({"<tr>", "<td class=\"Data\">Total</td>", "<td class=\"Data\"> </td>",
-                       "<td class=\"Data\" align=\"right\">0.00h</td>",
-                       "<td class=\"Data\" align=\"right\">0.00</td>", "</tr>", "</body>",
-                       "<p>", "<span>Total Billable Hours: 0.00h</span>", "<br />", "</p>",
-                       "</html>"}));
+  EXPECT_EQ(
+      Generate(d),
+      Head("Empty", "<h2>From 3/2/2026 To 3/8/2026</h2>") +
+          Lines({"<tr>", "<td class=\"Data\">Total</td>", "<td class=\"Data\"> </td>",
+                 "<td class=\"Data\" align=\"right\">0.00h</td>",
+                 "<td class=\"Data\" align=\"right\">0.00</td>", "</tr>", "</body>",
+                 "<p>", "<span>Total Billable Hours: 0.00h</span>", "<br />", "</p>",
+                 "</html>"}));
 }
 
 TEST_F(HtmlReportTest, WalkStartsStrictlyAfterTheRangeStartAndAppliesTheCriteria) {
@@ -224,11 +258,11 @@ TEST_F(HtmlReportTest, CellTextsOfEveryField) {
   d.detail_type = kReportTabular;
   d.shown_fields = (1u << kReportFieldCount) - 1;
   const std::string html = Generate(d);
-  const std::string row = html.substr(html.find("<td"), html.find("</tr>", html.find("<td")) -
-                                                            html.find("<td"));
-  EXPECT_EQ(row, Lines({"<td class=\"Data\">3/3/2026</td>", "<td class=\"Data\">Acme</td>",
-                        "<td class=\"Data\">Web</td>", "<td class=\"Data\">Phase 1</td>",
-                        "<td class=\"Data\">Task</td>",
+  const std::string row = html.substr(
+      html.find("<td"), html.find("</tr>", html.find("<td")) - html.find("<td"));
+  EXPECT_EQ(row, Lines({"<td class=\"Data\">3/3/2026</td>",
+                        "<td class=\"Data\">Acme</td>", "<td class=\"Data\">Web</td>",
+                        "<td class=\"Data\">Phase 1</td>", "<td class=\"Data\">Task</td>",
                         "<td class=\"Data\" align=\"right\">0.17</td>",
                         "<td class=\"Data\">EUR</td>", "<td class=\"Data\">Yes</td>",
                         "<td class=\"Data\">No</td>", "<td class=\"Data\">2:30 PM</td>",
@@ -238,8 +272,9 @@ TEST_F(HtmlReportTest, CellTextsOfEveryField) {
                         "<td class=\"Data\" align=\"right\">20.99</td>",
                         "<td class=\"Data\">one\r\ntwo</td>",
                         "<td class=\"Data\" align=\"right\">123.45</td>"}));
-  EXPECT_NE(html.find("<th class=\"Data\">Ticket</th>\r\n<th class=\"Data\">Custom 2</th>"),
-            std::string::npos)
+  EXPECT_NE(
+      html.find("<th class=\"Data\">Ticket</th>\r\n<th class=\"Data\">Custom 2</th>"),
+      std::string::npos)
       << "the user's own name for a custom field heads its column";
 }
 
@@ -265,10 +300,11 @@ TEST_F(HtmlReportTest, GroupsSortedByTheirFieldWithRulesOrHeadings) {
   EXPECT_EQ(headings, (std::vector<std::string>{"<h3>Project-Task: App - Alpha</h3>",
                                                 "<h3>Project-Task: Web - Alpha</h3>",
                                                 "<h3>Project-Task: Web - Zeta</h3>"}));
-  EXPECT_NE(html.find("align=\"right\">0.10</td>\r\n<td class=\"Data\" align=\"right\">0.00"
-                      "</td>\r\n</tr>\r\n<tr>\r\n<td class=\"Data\">Zeta</td>\r\n<td "
-                      "class=\"Data\" />\r\n<td class=\"Data\" align=\"right\">0.40"),
-            std::string::npos)
+  EXPECT_NE(
+      html.find("align=\"right\">0.10</td>\r\n<td class=\"Data\" align=\"right\">0.00"
+                "</td>\r\n</tr>\r\n<tr>\r\n<td class=\"Data\">Zeta</td>\r\n<td "
+                "class=\"Data\" />\r\n<td class=\"Data\" align=\"right\">0.40"),
+      std::string::npos)
       << "entries of one group stay in date order";
 
   d.hide_group_title = 1;
@@ -307,12 +343,13 @@ TEST_F(HtmlReportTest, FailureLeavesThePartlyWrittenFile) {
 
   testing::FaultyFileSystem first_write_fails;
   first_write_fails.fail_write_number = 1;
-  EXPECT_FALSE(
-      GenerateHtmlReport(entries_, first_write_fails, path, request, settings_, *locale_));
+  EXPECT_FALSE(GenerateHtmlReport(entries_, first_write_fails, path, request, settings_,
+                                  *locale_));
 
   testing::FaultyFileSystem close_fails;
   close_fails.fail_close = true;
-  EXPECT_FALSE(GenerateHtmlReport(entries_, close_fails, path, request, settings_, *locale_));
+  EXPECT_FALSE(
+      GenerateHtmlReport(entries_, close_fails, path, request, settings_, *locale_));
 }
 
 TEST_F(HtmlReportTest, TextIsWrittenOneBytePerCharacterInTheCodePage) {
@@ -320,9 +357,12 @@ TEST_F(HtmlReportTest, TextIsWrittenOneBytePerCharacterInTheCodePage) {
   ReportDefinition d = SmallDefinition();
   d.SetTitle(u"\u20ac");
   const std::string html = Generate(d);
-  EXPECT_NE(html.find("<title>\x80</title>"), std::string::npos) << "the euro sign in 1252";
+  EXPECT_NE(html.find("<title>\x80</title>"), std::string::npos)
+      << "the euro sign in 1252";
   EXPECT_NE(html.find("<h3>Client: Caf\xe9</h3>"), std::string::npos);
-  EXPECT_NE(html.find("<td class=\"Data\">?\xf3" "d?</td>"), std::string::npos);
+  EXPECT_NE(html.find("<td class=\"Data\">?\xf3"
+                      "d?</td>"),
+            std::string::npos);
 }
 
 }  // namespace

@@ -102,8 +102,8 @@ ReportDefinition NewReportDefinition() {
   d.date_selection = kReportDateRange;
   d.group_by_property = kReportFields[kFieldClient].property;
   for (int i = 0; i < kReportFieldCount; ++i) d.column_order[i] = ReportFieldDigit(i);
-  for (int field : {kFieldEntryDate, kFieldProject, kFieldTask, kFieldDuration, kFieldRate,
-                    kFieldAmount}) {
+  for (int field : {kFieldEntryDate, kFieldProject, kFieldTask, kFieldDuration,
+                    kFieldRate, kFieldAmount}) {
     d.shown_fields |= 1u << field;
   }
   return d;
@@ -184,7 +184,8 @@ bool ParseReportDefinition(const std::uint8_t* bytes, std::size_t size,
   if (!terminated) return false;
   d.detail_type = Get16(bytes + kDetailTypeOffset);
   d.date_selection = Get16(bytes + kDateSelectionOffset);
-  if (d.detail_type > kReportTabular || d.date_selection > kReportDateStartOnly) return false;
+  if (d.detail_type > kReportTabular || d.date_selection > kReportDateStartOnly)
+    return false;
   d.group_by_property = Get32(bytes + kGroupByOffset);
   if (d.group_by_property != 0 && ReportFieldOfProperty(d.group_by_property) < 0) {
     return false;
@@ -224,7 +225,8 @@ ReportEditorItem Check(const char16_t* label) {
 }
 
 template <std::size_t N>
-ReportEditorItem Choice(const char16_t* label, const std::array<const char16_t*, N>& texts) {
+ReportEditorItem Choice(const char16_t* label,
+                        const std::array<const char16_t*, N>& texts) {
   ReportEditorItem item;
   item.label = label;
   item.kind = ReportItemKind::kChoice;
@@ -354,7 +356,8 @@ bool ReportEditor::SetChoice(int row, int choice) {
 bool ReportEditor::SetChecked(int row, bool checked) {
   if (!IsEnabled(row)) return false;
   const ReportItemKind kind = items_[row].kind;
-  if (kind != ReportItemKind::kCheck && kind != ReportItemKind::kDurationCheck) return false;
+  if (kind != ReportItemKind::kCheck && kind != ReportItemKind::kDurationCheck)
+    return false;
   items_[row].checked = checked;
   return true;
 }
@@ -492,8 +495,9 @@ SaveReportResult SaveReport(ObjectStore& volume, UserPrompt& prompt,
   AuxStore aux(volume);
   // A store that cannot be opened skips the question; the write then fails.
   if (OpenSavedReports(aux) && SaveNameSeekReachesReport(aux, report->name)) {
-    if (prompt.Ask(kAppTitle, LoadString(kIdsReportExistsQuestion), MessageIcon::kQuestion,
-                   QuestionButtons::kYesNo, Answer::kYes) != Answer::kYes) {
+    if (prompt.Ask(kAppTitle, LoadString(kIdsReportExistsQuestion),
+                   MessageIcon::kQuestion, QuestionButtons::kYesNo,
+                   Answer::kYes) != Answer::kYes) {
       return SaveReportResult::kDeclined;
     }
   }
@@ -518,7 +522,8 @@ SavedReportChange DeleteSavedReports(ObjectStore& volume, UserPrompt& prompt,
   }
   bool ok = true;
   for (ObjectId id : ids) ok = aux.DeleteRecord(id) && ok;
-  if (settings != nullptr && settings->default_report == name) settings->default_report.clear();
+  if (settings != nullptr && settings->default_report == name)
+    settings->default_report.clear();
   return ok ? SavedReportChange::kDone : SavedReportChange::kFailed;
 }
 
@@ -546,7 +551,8 @@ SavedReportChange RenameSavedReports(ObjectStore& volume, UserPrompt& prompt,
   }
   bool ok = true;
   for (ObjectId id : ids) {
-    ok = aux.WriteProps(id, {PropValue::Text(kPropItemName, std::u16string(new_name))}) != 0 &&
+    ok = aux.WriteProps(id, {PropValue::Text(kPropItemName, std::u16string(new_name))}) !=
+             0 &&
          ok;
   }
   if (settings != nullptr && settings->default_report == old_name) {

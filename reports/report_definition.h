@@ -166,7 +166,8 @@ inline constexpr char16_t kTotalNonBillableHoursLabel[] = u"Total Non-Billable H
 inline constexpr char16_t kReportDateLabel[] = u"Report Date";
 
 extern const std::array<const char16_t*, 3> kDateSelectionChoices;  // "None" ..
-extern const std::array<const char16_t*, 2> kDetailTypeChoices;     // "Group By Field", "Tabular"
+extern const std::array<const char16_t*, 2>
+    kDetailTypeChoices;  // "Group By Field", "Tabular"
 
 // The group-by choice: its ten options and the field each stands for.
 // "Project-Task" groups by the project and then by the task.

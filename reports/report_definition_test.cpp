@@ -56,6 +56,7 @@ ReportDefinition KnownDefinition() {
   return d;
 }
 
+// clang-format off
 const std::string kKnownBlockHex =
     Wide("Hours") + Zeros(118) +                        // title
     "0100" + "0200" + "1f00ea03" +                      // type, dates, group-by 1002
@@ -63,6 +64,7 @@ const std::string kKnownBlockHex =
     "0000" +                                            // reserved 150
     Wide("a0123456789bcdefgh") + Zeros(28) +            // column order, reserved
     "01840000";                                         // shown fields
+// clang-format on
 
 TEST(ReportDefinitionBlock, SerialisesByteForByte) {
   const auto block = SerializeReportDefinition(KnownDefinition());
@@ -150,13 +152,20 @@ TEST(ReportEditorTest, ZeroDefinitionLoadsEveryItemShown) {
   ReportEditor editor;
   ASSERT_EQ(editor.items().size(), static_cast<std::size_t>(kReportEditorRowCount));
   const std::vector<std::pair<int, std::u16string>> labels = {
-      {0, u"Header Area"},           {1, u"Title: "},
-      {2, u"Date Selection: "},      {3, u"Detail Area"},
-      {4, u"Type:"},                 {5, u"Group By: "},
-      {6, u"Group By Title"},        {7, u"Group Total Hours"},
-      {8, u"Table Fields"},          {27, u"Footer Area"},
-      {28, u"Total Billable Hours"}, {29, u"Total Unpaid Amount"},
-      {30, u"Total Paid Amount"},    {31, u"Total Non-Billable Hours"},
+      {0, u"Header Area"},
+      {1, u"Title: "},
+      {2, u"Date Selection: "},
+      {3, u"Detail Area"},
+      {4, u"Type:"},
+      {5, u"Group By: "},
+      {6, u"Group By Title"},
+      {7, u"Group Total Hours"},
+      {8, u"Table Fields"},
+      {27, u"Footer Area"},
+      {28, u"Total Billable Hours"},
+      {29, u"Total Unpaid Amount"},
+      {30, u"Total Paid Amount"},
+      {31, u"Total Non-Billable Hours"},
       {32, u"Report Date"}};
   for (const auto& [row, label] : labels) {
     EXPECT_EQ(editor.item(row).label, label) << row;
@@ -186,12 +195,12 @@ TEST(ReportEditorTest, LoadsFieldRowsInColumnOrder) {
   EXPECT_FALSE(editor.item(kRowTotalUnpaidAmount).checked);
   EXPECT_TRUE(editor.item(kRowTotalPaidAmount).checked);
   const std::vector<std::pair<std::u16string, bool>> fields = {
-      {u"Bill To", true},      {u"Entry Date", true},     {u"Client", false},
-      {u"Project", false},     {u"Phase", false},         {u"Task", false},
-      {u"Duration", false},    {u"Currency", false},      {u"Billable/Non-Billable", false},
-      {u"Paid/Unpaid", false}, {u"Start Time", false},    {u"Custom 1", false},
-      {u"Custom 2", false},    {u"Custom 3", false},      {u"Rate Type", false},
-      {u"Amount", true},       {u"Notes", false},         {u"Rate", false}};
+      {u"Bill To", true},      {u"Entry Date", true},  {u"Client", false},
+      {u"Project", false},     {u"Phase", false},      {u"Task", false},
+      {u"Duration", false},    {u"Currency", false},   {u"Billable/Non-Billable", false},
+      {u"Paid/Unpaid", false}, {u"Start Time", false}, {u"Custom 1", false},
+      {u"Custom 2", false},    {u"Custom 3", false},   {u"Rate Type", false},
+      {u"Amount", true},       {u"Notes", false},      {u"Rate", false}};
   for (int k = 0; k < kReportFieldCount; ++k) {
     EXPECT_EQ(editor.item(kRowFirstField + k).label, fields[k].first) << k;
     EXPECT_EQ(editor.item(kRowFirstField + k).checked, fields[k].second) << k;
@@ -235,8 +244,12 @@ TEST(ReportEditorTest, FillsGroupFieldsOnlyForGroupByField) {
   EXPECT_FALSE(editor.MoveFieldRow(kRowFooterArea, kRowFirstField));
   editor.Fill(&d);
   const auto block = SerializeReportDefinition(d);
-  EXPECT_EQ(Hex(block.data() + 132, 20),
-            "1f00eb03" "0100" "0000" "0000" "0000" "0000" "0000" "0100" "0100")
+  // Project property, group title and report date hidden, project-task word.
+  // clang-format off
+  const std::string expected =
+      "1f00eb03" "0100" "0000" "0000" "0000" "0000" "0000" "0100" "0100";
+  // clang-format on
+  EXPECT_EQ(Hex(block.data() + 132, 20), expected)
       << "project property, group title and report date hidden, project-task word";
   EXPECT_EQ(Hex(block.data() + 152, 8), Wide("f012"));
   EXPECT_EQ(d.Title(), std::u16string(63, u't'));
@@ -314,7 +327,8 @@ TEST_F(SavedReportsTest, SaveListLoadAndOverwriteTheSameRecord) {
   prompt_.answers = {Answer::kYes};
   EXPECT_EQ(Save(&loaded, u"Weekly", changed), SaveReportResult::kSaved);
   ASSERT_EQ(Questions(), 1);
-  EXPECT_EQ(prompt_.shown[0].text, u"The report already exists. Do you want to overwrite it?");
+  EXPECT_EQ(prompt_.shown[0].text,
+            u"The report already exists. Do you want to overwrite it?");
   EXPECT_EQ(prompt_.shown[0].title, u"Quillora");
   EXPECT_EQ(prompt_.shown[0].icon, MessageIcon::kQuestion);
   EXPECT_EQ(prompt_.shown[0].buttons, QuestionButtons::kYesNo);
@@ -358,7 +372,7 @@ TEST_F(SavedReportsTest, NameSeekWalksOnPastOtherRecords) {
   const Case cases[] = {
       {{}, u"Any", false},
       {{{3, u"Alpha"}, {5, u"Zed"}}, u"Beta", false},
-      {{{3, u"Alpha"}, {10, u"Zed"}}, u"Beta", true},      // walks on past a phase
+      {{{3, u"Alpha"}, {10, u"Zed"}}, u"Beta", true},     // walks on past a phase
       {{{10, u"Alpha"}, {3, u"Beta"}}, u"Gamma", false},  // the phase is the last one
       {{{10, u"Alpha"}, {3, u"Beta"}}, u"Alpha", true},
       {{{3, u"Beta"}, {10, u"Zed"}}, u"Aardvark", true},  // nothing smaller: walks on
@@ -394,8 +408,9 @@ TEST_F(SavedReportsTest, LookupTellsNoneFromNotFoundAndDamaged) {
   EXPECT_EQ(LoadSavedReport(aux, u"X", &d, &id), SavedReportLookup::kNotFound)
       << "a phase of that name is not a report";
   EXPECT_EQ(LoadSavedReport(aux, u"y", &d, &id), SavedReportLookup::kNotFound);
-  ASSERT_NE(aux.WriteProps(r.record_id, {PropValue::Blob(kPropReportDefinition, {1, 2, 3})}),
-            0u);
+  ASSERT_NE(
+      aux.WriteProps(r.record_id, {PropValue::Blob(kPropReportDefinition, {1, 2, 3})}),
+      0u);
   EXPECT_EQ(LoadSavedReport(aux, u"Y", &d, &id), SavedReportLookup::kDamaged);
   EXPECT_EQ(id, r.record_id);
 }
@@ -421,7 +436,8 @@ TEST_F(SavedReportsTest, DeleteAndRenameKeepTheDefaultReport) {
   EXPECT_EQ(RenameSavedReports(volume(), prompt_, u"B", u"C", &settings),
             SavedReportChange::kDeclined);
   ASSERT_EQ(prompt_.shown.size(), 1u);
-  EXPECT_EQ(prompt_.shown[0].text, u"This report already exists. Do you wish to overwrite it?");
+  EXPECT_EQ(prompt_.shown[0].text,
+            u"This report already exists. Do you wish to overwrite it?");
   EXPECT_EQ(Names(), (std::vector<std::u16string>{u"B", u"C", u"D"}));
   prompt_.answers = {Answer::kYes};
   EXPECT_EQ(RenameSavedReports(volume(), prompt_, u"B", u"C", &settings),
@@ -436,9 +452,11 @@ TEST_F(SavedReportsTest, DeleteAndRenameKeepTheDefaultReport) {
   EXPECT_EQ(prompt_.shown.back().text, u"Are you sure to permanently delete this item?");
   EXPECT_EQ(Names(), (std::vector<std::u16string>{u"C", u"D"}));
   prompt_.answers = {Answer::kYes, Answer::kYes};
-  EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"C", &settings), SavedReportChange::kDone);
+  EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"C", &settings),
+            SavedReportChange::kDone);
   EXPECT_EQ(settings.default_report, u"D");
-  EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"D", &settings), SavedReportChange::kDone);
+  EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"D", &settings),
+            SavedReportChange::kDone);
   EXPECT_EQ(settings.default_report, u"");
   EXPECT_TRUE(Names().empty());
   EXPECT_EQ(DeleteSavedReports(volume(), prompt_, u"D", &settings),

@@ -20,8 +20,9 @@ class ReportCliTest : public ::testing::Test {
   }
 
   // Stores an entry directly, as the window would have.
-  void AddEntryAt(int day, int hour, const std::u16string& client, const std::u16string& task,
-                  std::uint32_t duration, std::uint32_t rate) {
+  void AddEntryAt(int day, int hour, const std::u16string& client,
+                  const std::u16string& task, std::uint32_t duration,
+                  std::uint32_t rate) {
     DataContext data;
     std::string error;
     ASSERT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
@@ -46,21 +47,26 @@ TEST_F(ReportCliTest, SaveShowsTheBlockAndAsksBeforeOverwriting) {
   EXPECT_EQ(r.out, "Quillora: There is no saved report.\n");
 
   r = Run({"report-def", "save", "Hours", "--title", "Hours", "--date-selection",
-           "Start Date Only", "--type", "Tabular", "--columns", "Bill To,Entry Date,Amount",
-           "--hide", "Total Unpaid Amount", "--hide", "Total Non-Billable Hours"});
+           "Start Date Only", "--type", "Tabular", "--columns",
+           "Bill To,Entry Date,Amount", "--hide", "Total Unpaid Amount", "--hide",
+           "Total Non-Billable Hours"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.err, "");
 
   r = Run({"report-def", "show", "Hours", "--raw"});
   EXPECT_EQ(r.status, 0) << r.err;
   const std::string zeros(64, '0');
+  // clang-format off
   EXPECT_EQ(r.out,
             "48006f00750072007300" + std::string(44, '0') + "\n" +  // "Hours"
-                zeros + "\n" + zeros + "\n" + zeros + "\n" +
-                "0100" "0200" "1f00ea03" "0000" "0000" "0000" "0100" "0000" "0100" "0000"
-                "0000" "61003000" "66003100\n"
-                "32003300340035003600370038003900620063006400650067006800" "00000000\n" +
-                std::string(48, '0') + "01840000\n");
+            zeros + "\n" + zeros + "\n" + zeros + "\n" +
+            // type, dates, group-by, the seven flags, reserved, slots 0-3
+            "0100" "0200" "1f00ea03" "0000" "0000" "0000" "0100" "0000" "0100" "0000"
+            "0000" "61003000" "66003100\n"
+            // slots 4-17, reserved
+            "32003300340035003600370038003900620063006400650067006800" "00000000\n" +
+            std::string(48, '0') + "01840000\n");  // reserved, shown fields
+  // clang-format on
 
   r = Run({"report-def", "show", "Hours"});
   EXPECT_EQ(r.status, 0) << r.err;
@@ -77,9 +83,11 @@ TEST_F(ReportCliTest, SaveShowsTheBlockAndAsksBeforeOverwriting) {
   // The same name again: the question, answered No without a terminal.
   r = Run({"report-def", "save", "Hours", "--title", "Changed"});
   EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err,
-            "Quillora: The report already exists. Do you want to overwrite it? [y/n] n\n");
-  EXPECT_NE(Run({"report-def", "show", "Hours"}).out.find("Title: Hours\n"), std::string::npos);
+  EXPECT_EQ(
+      r.err,
+      "Quillora: The report already exists. Do you want to overwrite it? [y/n] n\n");
+  EXPECT_NE(Run({"report-def", "show", "Hours"}).out.find("Title: Hours\n"),
+            std::string::npos);
   r = RunQuillora(Data(), {"--yes", "report-def", "save", "Hours", "--title", "Changed"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_NE(Run({"report-def", "show", "Hours"}).out.find("Title: Changed\n"),
@@ -150,24 +158,25 @@ TEST_F(ReportCliTest, ReportWritesTheFileAndAsksBeforeReplacingIt) {
   ASSERT_EQ(Run({"filter", "set", "--client", "Acme"}).status, 0);
   r = Run({"report", "Weekly", "--from", "2026-11-16", "--to", "2026-11-17", out});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(testing::ReadFileBytes(out),
-            "<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\" "
-            "\"http://www.w3.org/TR/html4/loose.dtd\"><html "
-            "xmlns=\"http://www.w3.org/1999/xhtml\">\r\n<head>\r\n<title>Time "
-            "Report</title>\r\n<meta name=\"Generator\" content=\"Quillora\" />\r\n<style "
-            "type=\"text/css\">table.Data { border : 2px solid Black; border-collapse : "
-            "collapse; font-size : 10pt; }\r\nth.Data, td.Data { border : 1px solid black;  "
-            "}\r\n</style>\r\n</head>\r\n<body>\r\n<h1>Time Report</h1>\r\n<h2>From "
-            "11/16/2026 To 11/17/2026</h2>\r\n<table border=\"0\" class=\"Data\" "
-            "cellpadding=\"2\">\r\n<tr>\r\n<th class=\"Data\">Client</th>\r\n<th "
-            "class=\"Data\">Duration</th>\r\n<th class=\"Data\">Amount</th>\r\n</tr>\r\n"
-            "<tr>\r\n<td class=\"Data\">Acme</td>\r\n<td class=\"Data\" "
-            "align=\"right\">1.50</td>\r\n<td class=\"Data\" align=\"right\">60.00</td>\r\n"
-            "</tr>\r\n<tr>\r\n<td class=\"Data\">Total</td>\r\n<td class=\"Data\" "
-            "align=\"right\">1.50h</td>\r\n<td class=\"Data\" align=\"right\">60.00</td>\r\n"
-            "</tr>\r\n</table>\r\n<p>\r\n<span>Total Billable Hours: 1.50h</span>\r\n<br "
-            "/>\r\n<span style=\"font-size : xx-small;\">Report Date: 11/21/2026</span>\r\n"
-            "</p>\r\n</body>\r\n</html>\r\n");
+  EXPECT_EQ(
+      testing::ReadFileBytes(out),
+      "<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\" "
+      "\"http://www.w3.org/TR/html4/loose.dtd\"><html "
+      "xmlns=\"http://www.w3.org/1999/xhtml\">\r\n<head>\r\n<title>Time "
+      "Report</title>\r\n<meta name=\"Generator\" content=\"Quillora\" />\r\n<style "
+      "type=\"text/css\">table.Data { border : 2px solid Black; border-collapse : "
+      "collapse; font-size : 10pt; }\r\nth.Data, td.Data { border : 1px solid black;  "
+      "}\r\n</style>\r\n</head>\r\n<body>\r\n<h1>Time Report</h1>\r\n<h2>From "
+      "11/16/2026 To 11/17/2026</h2>\r\n<table border=\"0\" class=\"Data\" "
+      "cellpadding=\"2\">\r\n<tr>\r\n<th class=\"Data\">Client</th>\r\n<th "
+      "class=\"Data\">Duration</th>\r\n<th class=\"Data\">Amount</th>\r\n</tr>\r\n"
+      "<tr>\r\n<td class=\"Data\">Acme</td>\r\n<td class=\"Data\" "
+      "align=\"right\">1.50</td>\r\n<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+      "</tr>\r\n<tr>\r\n<td class=\"Data\">Total</td>\r\n<td class=\"Data\" "
+      "align=\"right\">1.50h</td>\r\n<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+      "</tr>\r\n</table>\r\n<p>\r\n<span>Total Billable Hours: 1.50h</span>\r\n<br "
+      "/>\r\n<span style=\"font-size : xx-small;\">Report Date: 11/21/2026</span>\r\n"
+      "</p>\r\n</body>\r\n</html>\r\n");
 
   // An existing file is replaced only after the question.
   const std::string before = testing::ReadFileBytes(out);
@@ -178,7 +187,8 @@ TEST_F(ReportCliTest, ReportWritesTheFileAndAsksBeforeReplacingIt) {
   ASSERT_EQ(Run({"filter", "reset"}).status, 0);
   r = RunQuillora(Data(), {"--yes", "report", "Weekly", "--week", "2026-11-16", out});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(testing::ReadFileBytes(out).find("align=\"right\">2.75h</td>"), std::string::npos)
+  EXPECT_NE(testing::ReadFileBytes(out).find("align=\"right\">2.75h</td>"),
+            std::string::npos)
       << "all three entries of the week";
 
   // Without a name the default report is used.
@@ -211,8 +221,9 @@ TEST_F(ReportCliTest, RenameAndDeleteCarryTheDefaultReport) {
 
   r = Run({"report-def", "rename", "B", "C"});
   EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err,
-            "Quillora: This report already exists. Do you wish to overwrite it? [y/n] n\n");
+  EXPECT_EQ(
+      r.err,
+      "Quillora: This report already exists. Do you wish to overwrite it? [y/n] n\n");
   r = RunQuillora(Data(), {"--yes", "report-def", "rename", "B", "C"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(Run({"report-def", "list"}).out, "C\n");

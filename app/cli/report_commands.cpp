@@ -84,11 +84,12 @@ std::string TakeReportRange(Arguments& args, ReportRangeOptions* out) {
   return {};
 }
 
-PeriodRange ResolveReportRange(const ReportRangeOptions& options, const Settings& settings,
-                               const Clock& clock) {
+PeriodRange ResolveReportRange(const ReportRangeOptions& options,
+                               const Settings& settings, const Clock& clock) {
   if (options.fixed) return *options.fixed;
   const SystemTime date = options.date_given ? options.date : DateOnly(clock.LocalNow());
-  const PeriodKind kind = options.kind ? *options.kind : PeriodKindFromView(settings.view);
+  const PeriodKind kind =
+      options.kind ? *options.kind : PeriodKindFromView(settings.view);
   return MakePeriod(kind, date, settings)->GetRange();
 }
 
@@ -126,8 +127,10 @@ int LoadNamed(CliContext& context, const std::u16string& name, CurrentReport* re
 
 int ShowChangeFailure(CliContext& context, SavedReportChange change) {
   switch (change) {
-    case SavedReportChange::kDone: return kExitDone;
-    case SavedReportChange::kDeclined: return kExitFailed;
+    case SavedReportChange::kDone:
+      return kExitDone;
+    case SavedReportChange::kDeclined:
+      return kExitFailed;
     case SavedReportChange::kNoSavedReport:
       return context.Fail(LoadString(kIdsNoSavedReport));
     case SavedReportChange::kNotFound:
@@ -141,7 +144,8 @@ int ShowChangeFailure(CliContext& context, SavedReportChange change) {
 // A name typed for a report: not blank, at most 64 characters.
 int CheckReportName(CliContext& context, const std::u16string& name) {
   if (name.empty()) return context.Fail(LoadString(kIdsBlankName));
-  if (name.size() > kReportNameChars) return context.Fail(LoadString(kIdsReportNameTooLong));
+  if (name.size() > kReportNameChars)
+    return context.Fail(LoadString(kIdsReportNameTooLong));
   return kExitDone;
 }
 
@@ -166,7 +170,8 @@ int RunReport(CliContext& context, Arguments& args) {
 
   if (!context.OpenData()) return kExitFailed;
   const Settings& settings = context.data.settings;
-  const std::u16string name = words.size() == 2 ? FromUtf8(words[0]) : settings.default_report;
+  const std::u16string name =
+      words.size() == 2 ? FromUtf8(words[0]) : settings.default_report;
   CurrentReport report;
   if (name.empty()) {
     // No name and no default report: say so in the window's words when
@@ -262,8 +267,8 @@ int Show(CliContext& context, const std::u16string& name, bool raw) {
 
 int Delete(CliContext& context, const std::u16string& name) {
   const std::u16string before = context.data.settings.default_report;
-  const SavedReportChange change =
-      DeleteSavedReports(*context.data.volume, *context.prompt, name, &context.data.settings);
+  const SavedReportChange change = DeleteSavedReports(
+      *context.data.volume, *context.prompt, name, &context.data.settings);
   if (const int status = ShowChangeFailure(context, change)) return status;
   return SaveDefaultReport(context, before);
 }
@@ -361,7 +366,8 @@ std::string ApplySaveOptions(const SaveOptions& o, ReportEditor* editor) {
       return "--group-by takes Client, Project, Phase, Task, Currency, \"Bill To\", "
              "\"Custom 1\", \"Custom 2\", \"Custom 3\" or Project-Task";
     }
-    if (!editor->SetChoice(kRowGroupBy, i)) return "--group-by needs the type Group By Field";
+    if (!editor->SetChoice(kRowGroupBy, i))
+      return "--group-by needs the type Group By Field";
   }
   if (o.columns) {
     const auto labels = SplitColumns(*o.columns);
@@ -383,14 +389,17 @@ std::string ApplySaveOptions(const SaveOptions& o, ReportEditor* editor) {
       editor->SetChecked(kRowFirstField + k, false);
     }
   }
-  for (const auto& [items, checked] : {std::pair{&o.hide, false}, std::pair{&o.show, true}}) {
+  for (const auto& [items, checked] :
+       {std::pair{&o.hide, false}, std::pair{&o.show, true}}) {
     for (const std::string& item : *items) {
       const int row = editor->FindRow(FromUtf8(item));
-      const ReportItemKind kind = row < 0 ? ReportItemKind::kHeading : editor->item(row).kind;
+      const ReportItemKind kind =
+          row < 0 ? ReportItemKind::kHeading : editor->item(row).kind;
       if (kind != ReportItemKind::kCheck && kind != ReportItemKind::kDurationCheck) {
         return "no item to show or hide is labelled " + item;
       }
-      if (!editor->SetChecked(row, checked)) return item + " needs the type Group By Field";
+      if (!editor->SetChecked(row, checked))
+        return item + " needs the type Group By Field";
     }
   }
   for (const std::string& item : o.hide) {
@@ -438,9 +447,12 @@ int Save(CliContext& context, Arguments& args) {
   if (!error.empty()) return UsageError(error);
 
   switch (SaveReport(*context.data.volume, *context.prompt, name, editor, &report)) {
-    case SaveReportResult::kSaved: return kExitDone;
-    case SaveReportResult::kDeclined: return kExitFailed;
-    case SaveReportResult::kFailed: break;
+    case SaveReportResult::kSaved:
+      return kExitDone;
+    case SaveReportResult::kDeclined:
+      return kExitFailed;
+    case SaveReportResult::kFailed:
+      break;
   }
   return context.Fail(LoadString(kIdsReportNotSaved));
 }
@@ -453,11 +465,13 @@ int RunReportDef(CliContext& context, Arguments& args) {
   const auto first = probe.Positionals();
   if (!first.empty() && first[0] == "save") return Save(context, args);
   if (!probe.error().empty()) return UsageError(probe.error());
-  if (first.empty()) return UsageError("report-def needs list, show, save, delete, rename or default");
+  if (first.empty())
+    return UsageError("report-def needs list, show, save, delete, rename or default");
   const std::string& verb = first[0];
   const std::size_t n = first.size();
   if ((raw && verb != "show") || (clear && verb != "default")) {
-    return UsageError(std::string(raw ? "--raw" : "--clear") + " does not go with " + verb);
+    return UsageError(std::string(raw ? "--raw" : "--clear") + " does not go with " +
+                      verb);
   }
   if (verb == "default") return Default(context, first, clear);
   const bool usage_ok = (verb == "list" && n == 1) || (verb == "show" && n == 2) ||
@@ -498,7 +512,8 @@ const Command kReportDefCommand = {
     "  report-def delete NAME          (asks first)\n"
     "  report-def rename OLD NEW       (asks before replacing a report named NEW)\n"
     "  report-def default [NAME | --clear]   show or set the default report\n"
-    "  report-def save NAME [--title TEXT] [--date-selection None|Range|\"Start Date Only\"]\n"
+    "  report-def save NAME [--title TEXT] [--date-selection None|Range|\"Start Date "
+    "Only\"]\n"
     "        [--type \"Group By Field\"|Tabular] [--group-by FIELD]\n"
     "        [--columns LABEL,LABEL,...] [--hide ITEM]... [--show ITEM]...\n"
     "      starts from the saved definition of that name (or a new report's) and\n"
