@@ -73,6 +73,18 @@ enum StringId : int {
   kIdsSummarySaveAsCsv = 2111,      // "Save as CSV...": the dialog's command 40101
   // Exports.
   kIdsExportFailed = 2200,          // "Export failed. Please make sure there is ..."
+  // Reports.
+  kIdsEnterReportName = 2300,             // "Enter a name for the report:"
+  kIdsReportExistsQuestion = 2301,        // "The report already exists. Do you want to ..."
+  kIdsReportExistsRenameQuestion = 2302,  // "This report already exists. Do you wish to ..."
+  kIdsNoSavedReport = 2303,               // "There is no saved report."
+  kIdsReportGenerationFailed = 2304,      // "Report generation has failed."
+  kIdsNoSavedReportNamed = 2305,          // "There is no saved report of that name."
+  kIdsSavedReportDamaged = 2306,          // "The saved report is damaged and cannot be used."
+  kIdsReportNotSaved = 2307,              // "The report could not be saved."
+  kIdsReportTitleTooLong = 2308,          // "A report title holds at most 63 characters."
+  kIdsReportNameTooLong = 2309,           // "A report name holds at most 64 characters."
+  kIdsSavedReportsNotChanged = 2310,      // "The saved reports could not be changed."
   kIdsCustom1Label = 5012,     // "Custom 1"
   kIdsCustom2Label = 5013,
   kIdsCustom3Label = 5014,

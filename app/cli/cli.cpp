@@ -37,6 +37,8 @@ const Command* const kCommands[] = {
     &kRateCommand,
     &kValueCommand,
     &kExportCommand,
+    &kReportCommand,
+    &kReportDefCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

@@ -23,6 +23,8 @@ extern const Command kContactCommand;
 extern const Command kRateCommand;
 extern const Command kValueCommand;
 extern const Command kExportCommand;
+extern const Command kReportCommand;
+extern const Command kReportDefCommand;
 
 }  // namespace quillora
 

@@ -1,0 +1,131 @@
+// An HTML report over 100,000 entries: the walk and sort, building the
+// document with MarkupDocument, and writing it to a file, for both report
+// types.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+
+#include "platform/data_folder.h"
+#include "platform/file.h"
+#include "platform/object_store.h"
+#include "reports/html_report.h"
+#include "store/note_text.h"
+#include "store/time_entry.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+constexpr int kEntries = 100'000;
+
+TimeEntry SampleEntry(int n) {
+  FileTime base = 0;
+  SystemTimeToFileTime(MakeSystemTime(2015, 1, 1, 9, 0, 1), &base);
+  TimeEntry e;
+  e.start = base + static_cast<FileTime>(n / 8) * kTicksPerDay +
+            static_cast<FileTime>(n % 8) * kTicksPerHour;
+  e.client = u"Client " + std::u16string(1, static_cast<char16_t>(u'A' + n % 20));
+  e.project = u"Project " + std::u16string(1, static_cast<char16_t>(u'a' + n % 7));
+  e.task = u"Development";
+  e.duration = 25 + n % 400;
+  e.rate = 9500;
+  e.billable = n % 3 != 0;
+  e.paid = n % 5 == 0;
+  e.currency = u"USD";
+  if (n % 10 == 0) {
+    const auto note = NoteBlobFromText(u"Met with the team about the release plan.");
+    SetNote(&e, static_cast<std::int32_t>(note.size()), note.data());
+  }
+  return e;
+}
+
+struct Fixture {
+  testing::TempDir dir;
+  std::unique_ptr<ObjectStore> volume;
+  std::unique_ptr<EntryStore> entries;
+  Settings settings;
+  std::unique_ptr<Locale> locale = Locale::UsEnglish();
+
+  Fixture() {
+    std::string error;
+    volume = OpenSqliteObjectStore(dir.File(kVolumeFileName), &error);
+    entries = std::make_unique<EntryStore>(*volume);
+    entries->Open();
+    volume->BeginBatch();
+    for (int n = 0; n < kEntries; ++n) AddEntry(*entries, SampleEntry(n));
+    volume->CommitBatch();
+  }
+};
+
+Fixture& Shared() {
+  static Fixture fixture;
+  return fixture;
+}
+
+// Grouped by client (20 groups) or one table; seven columns: Entry Date,
+// Client, Project, Task, Duration, Rate and Amount.
+HtmlReportRequest Request(std::uint16_t detail_type) {
+  HtmlReportRequest request;
+  request.definition = NewReportDefinition();
+  request.definition.detail_type = detail_type;
+  request.definition.shown_fields |= 1u << kFieldClient;
+  request.range = {MakeSystemTime(2014, 12, 31), MakeSystemTime(2060, 1, 1)};
+  request.today = MakeSystemTime(2026, 11, 21);
+  return request;
+}
+
+void BM_HtmlReport(benchmark::State& state) {
+  Fixture& f = Shared();
+  const HtmlReportRequest request = Request(static_cast<std::uint16_t>(state.range(0)));
+  const std::string path = f.dir.File("report.htm");
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(GenerateHtmlReport(*f.entries, FileSystem::Posix(), path,
+                                                request, f.settings, *f.locale));
+  }
+  state.SetItemsProcessed(state.iterations() * kEntries);
+}
+BENCHMARK(BM_HtmlReport)
+    ->Arg(kReportGroupByField)
+    ->Arg(kReportTabular)
+    ->Unit(benchmark::kMillisecond);
+
+// The parts of the grouped report on their own.
+void BM_HtmlReportSelect(benchmark::State& state) {
+  Fixture& f = Shared();
+  const HtmlReportRequest request = Request(kReportGroupByField);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        SelectReportEntries(*f.entries, request, f.settings, *f.locale));
+  }
+}
+BENCHMARK(BM_HtmlReportSelect)->Unit(benchmark::kMillisecond);
+
+void BM_HtmlReportBuild(benchmark::State& state) {
+  Fixture& f = Shared();
+  const HtmlReportRequest request = Request(kReportGroupByField);
+  const auto ids = SelectReportEntries(*f.entries, request, f.settings, *f.locale);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        BuildHtmlReport(*f.entries, ids, request, f.settings, *f.locale));
+  }
+}
+BENCHMARK(BM_HtmlReportBuild)->Unit(benchmark::kMillisecond);
+
+void BM_HtmlReportWrite(benchmark::State& state) {
+  Fixture& f = Shared();
+  const HtmlReportRequest request = Request(kReportGroupByField);
+  const auto ids = SelectReportEntries(*f.entries, request, f.settings, *f.locale);
+  const std::u16string document =
+      BuildHtmlReport(*f.entries, ids, request, f.settings, *f.locale);
+  const std::string path = f.dir.File("report.htm");
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        WriteHtmlReport(FileSystem::Posix(), path, document, f.locale->AnsiCodePage()));
+  }
+  state.counters["chars"] = static_cast<double>(document.size());
+}
+BENCHMARK(BM_HtmlReportWrite)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace quillora

@@ -1,0 +1,488 @@
+#include "reports/html_report.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/narrow_text_writer.h"
+#include "reports/markup_document.h"
+#include "store/note_text.h"
+#include "store/string_table.h"
+#include "store/time_entry.h"
+#include "timekeeping/duration.h"
+
+namespace quillora {
+namespace {
+
+constexpr char16_t kStyleText[] =
+    u"table.Data { border : 2px solid Black; border-collapse : collapse; font-size : "
+    u"10pt; "
+    u"}\r\n"
+    u"th.Data, td.Data { border : 1px solid black;  }\r\n";
+constexpr char16_t kTotalText[] = u"Total";
+
+// The label a column or heading shows for a field: the user's own names for
+// the three custom fields, the field table's label for the others.
+std::u16string FieldLabel(int field, const Settings& settings) {
+  if (field >= kFieldCustom1 && field <= kFieldCustom3) {
+    return settings.custom_labels[field - kFieldCustom1];
+  }
+  return kReportFields[field].label;
+}
+
+SystemTime EntrySystemTime(const TimeEntry& entry) {
+  SystemTime st;
+  FileTimeToSystemTime(entry.start, &st);
+  return st;
+}
+
+const std::u16string& FieldText(const TimeEntry& entry, int field) {
+  switch (field) {
+    case kFieldClient:
+      return entry.client;
+    case kFieldProject:
+      return entry.project;
+    case kFieldPhase:
+      return entry.phase;
+    case kFieldTask:
+      return entry.task;
+    case kFieldCurrency:
+      return entry.currency;
+    case kFieldBillTo:
+      return entry.billTo;
+    case kFieldCustom1:
+      return entry.custom1;
+    case kFieldCustom2:
+      return entry.custom2;
+    default:
+      return entry.custom3;
+  }
+}
+
+std::u16string RateTypeName(std::uint16_t rate_type) {
+  return rate_type <= kRateDiscount ? LoadString(kIdsNormalRate + rate_type)
+                                    : std::u16string();
+}
+
+std::u16string CellText(const TimeEntry& entry, int field, const Settings& settings,
+                        const Locale& locale) {
+  switch (field) {
+    case kFieldEntryDate:
+      return locale.FormatShortDate(EntrySystemTime(entry));
+    case kFieldDuration:
+      return FormatDurationField(entry.duration);
+    case kFieldBillable:
+      return entry.billable ? u"Yes" : u"No";
+    case kFieldPaid:
+      return entry.paid ? u"Yes" : u"No";
+    case kFieldStartTime:
+      return locale.FormatTime(EntrySystemTime(entry), kTimeNoSeconds);
+    case kFieldRateType:
+      return RateTypeName(entry.rateType);
+    case kFieldAmount:
+      return FormatTwoDecimals(EntryAmount(entry, settings));
+    case kFieldNotes:
+      return NoteBlobToText(entry.note.data(), entry.note.size());
+    case kFieldRate:
+      return FormatHundredths(entry.rate);
+    default:
+      return FieldText(entry, field);
+  }
+}
+
+// --- Grouping ---
+
+// What an entry is grouped by: one or two texts, or a number.
+struct GroupValue {
+  std::u16string text;
+  std::u16string second_text;
+  std::uint64_t number = 0;
+};
+
+// The group-key object of a report: chosen by the kind of the group-by
+// property, it gives an entry's group value, orders values and writes a
+// group's heading ("Client: Acme").
+class GroupKey {
+ public:
+  GroupKey(const ReportDefinition& definition, const Settings& settings,
+           const Locale& locale)
+      : settings_(settings), locale_(locale) {
+    field_ = ReportFieldOfProperty(definition.group_by_property);
+    if (field_ < 0) {
+      kind_ = Kind::kNone;
+      return;
+    }
+    label_ = FieldLabel(field_, settings);
+    switch (PropTypeOf(kReportFields[field_].property)) {
+      case kPropString:
+        kind_ = Kind::kText;
+        break;
+      case kPropBool:
+        kind_ = Kind::kFlag;
+        break;
+      case kPropFileTime:
+        kind_ = Kind::kDate;
+        break;
+      default:
+        kind_ = Kind::kNumber;
+        break;
+    }
+    if (field_ == kFieldProject && definition.group_by_project_task == 1) {
+      kind_ = Kind::kProjectTask;
+      label_ = kGroupByChoices[kGroupByProjectTask].label;
+    }
+  }
+
+  // Entries come sorted already when they are grouped by the day of their
+  // start, and there is nothing to sort by without a group-by field.
+  bool NeedsSort() const { return kind_ != Kind::kNone && field_ != kFieldEntryDate; }
+
+  GroupValue ValueOf(const TimeEntry& entry) const {
+    GroupValue v;
+    switch (kind_) {
+      case Kind::kNone:
+        break;
+      case Kind::kText:
+        v.text = FieldText(entry, field_);
+        break;
+      case Kind::kProjectTask:
+        v.text = entry.project;
+        v.second_text = entry.task;
+        break;
+      case Kind::kFlag:
+        v.number = field_ == kFieldBillable ? entry.billable : entry.paid;
+        break;
+      case Kind::kNumber:
+        v.number = field_ == kFieldDuration ? entry.duration : entry.rateType;
+        break;
+      case Kind::kDate:
+        // The entry date groups by day, the start time by hour and minute.
+        v.number = field_ == kFieldEntryDate
+                       ? entry.start / kTicksPerDay
+                       : entry.start % kTicksPerDay / kTicksPerMinute;
+        break;
+    }
+    return v;
+  }
+
+  int Compare(const GroupValue& a, const GroupValue& b) const {
+    if (kind_ == Kind::kText || kind_ == Kind::kProjectTask) {
+      const int first = locale_.Compare(a.text, b.text);
+      return first != 0 ? first : locale_.Compare(a.second_text, b.second_text);
+    }
+    return a.number < b.number ? -1 : a.number > b.number ? 1 : 0;
+  }
+
+  // True for the first entry and whenever the entry's value differs from the
+  // open group's; the entry's value then becomes the open group's.
+  bool StartsNewGroup(const TimeEntry& entry) {
+    if (kind_ == Kind::kNone && open_) return false;
+    GroupValue v = ValueOf(entry);
+    if (open_ && Compare(v, current_) == 0) return false;
+    current_ = std::move(v);
+    first_entry_ = entry;
+    open_ = true;
+    return true;
+  }
+
+  std::u16string HeadingText() const {
+    if (kind_ == Kind::kNone) return {};
+    std::u16string value;
+    if (kind_ == Kind::kProjectTask) {
+      value = current_.text + u" - " + current_.second_text;
+    } else if (kind_ == Kind::kText) {
+      value = current_.text;
+    } else {
+      value = CellText(first_entry_, field_, settings_, locale_);
+    }
+    return label_ + u": " + value;
+  }
+
+ private:
+  enum class Kind { kNone, kText, kProjectTask, kFlag, kNumber, kDate };
+
+  const Settings& settings_;
+  const Locale& locale_;
+  int field_ = -1;
+  Kind kind_ = Kind::kNone;
+  std::u16string label_;
+  bool open_ = false;
+  GroupValue current_;
+  TimeEntry first_entry_;
+};
+
+// --- The document ---
+
+struct Sums {
+  double billable_hours = 0;
+  double non_billable_hours = 0;
+  double paid_amount = 0;
+  double unpaid_amount = 0;
+};
+
+class ReportBuilder {
+ public:
+  ReportBuilder(const HtmlReportRequest& request, const Settings& settings,
+                const Locale& locale)
+      : request_(request), settings_(settings), locale_(locale) {
+    const ReportDefinition& d = request.definition;
+    for (int slot = 0; slot < kReportFieldCount; ++slot) {
+      const int field = d.ColumnField(slot);
+      if (field >= 0 && d.IsShown(field)) columns_.push_back(field);
+    }
+  }
+
+  void Head() {
+    const std::u16string title = request_.definition.Title();
+    doc_.AddElement(u"html");
+    doc_.AddAttribute(u"xmlns", kXhtmlNamespace);
+    doc_.AddChildElement(u"head");
+    doc_.IntoElement();
+    doc_.AddChildElement(u"title", title);
+    doc_.AddChildElement(u"meta");
+    doc_.AddChildAttribute(u"name", u"Generator");
+    doc_.AddChildAttribute(u"content", u"Quillora");
+    doc_.AddChildElement(u"style", kStyleText);
+    doc_.AddChildAttribute(u"type", u"text/css");
+    doc_.OutOfElement();
+    doc_.AddChildElement(u"body");
+    doc_.IntoElement();
+    doc_.AddChildElement(u"h1", title);
+    doc_.AddChildElement(u"h2", DateLine());
+  }
+
+  void OpenGroup(const std::u16string* heading) {
+    group_hours_ = 0;
+    group_amount_ = 0;
+    if (heading != nullptr) {
+      if (request_.definition.hide_group_title == 1) {
+        doc_.AddChildElement(u"hr");
+      } else {
+        doc_.AddChildElement(u"h3", *heading);
+      }
+    }
+    doc_.AddChildElement(u"table");
+    doc_.AddChildAttribute(u"border", u"0");
+    doc_.AddChildAttribute(u"class", u"Data");
+    doc_.AddChildAttribute(u"cellpadding", u"2");
+    doc_.IntoElement();
+    doc_.AddChildElement(u"tr");
+    doc_.IntoElement();
+    for (int field : columns_) {
+      doc_.AddChildElement(u"th", FieldLabel(field, settings_));
+      doc_.AddChildAttribute(u"class", u"Data");
+    }
+    doc_.OutOfElement();
+  }
+
+  void Entry(const TimeEntry& entry) {
+    const double hours = entry.duration * 0.01;
+    const double amount = EntryAmount(entry, settings_);
+    group_hours_ += hours;
+    group_amount_ += amount;
+    if (entry.billable) {
+      sums_.billable_hours += hours;
+      (entry.paid ? sums_.paid_amount : sums_.unpaid_amount) += amount;
+    } else {
+      sums_.non_billable_hours += hours;
+    }
+    doc_.AddChildElement(u"tr");
+    doc_.IntoElement();
+    for (int field : columns_) {
+      const std::u16string text = field == kFieldAmount
+                                      ? FormatTwoDecimals(amount)
+                                      : CellText(entry, field, settings_, locale_);
+      Cell(text, IsRightAligned(field));
+    }
+    doc_.OutOfElement();
+  }
+
+  // The total row of the open table (or of "body" when none was opened), then
+  // one step out.
+  void CloseGroup() {
+    doc_.AddChildElement(u"tr");
+    doc_.IntoElement();
+    // The word stands in the first cell whatever its column holds.
+    Cell(kTotalText, false);
+    for (std::size_t i = 1; i < columns_.size(); ++i) {
+      if (columns_[i] == kFieldDuration) {
+        Cell(FormatTwoDecimals(group_hours_) + u"h", true);
+      } else if (columns_[i] == kFieldAmount) {
+        Cell(FormatTwoDecimals(group_amount_), true);
+      } else {
+        Cell(u" ", false);
+      }
+    }
+    doc_.OutOfElement();
+    doc_.OutOfElement();
+  }
+
+  void Footer() {
+    const ReportDefinition& d = request_.definition;
+    doc_.AddChildElement(u"p");
+    doc_.IntoElement();
+    const struct {
+      std::uint16_t hidden;
+      const char16_t* label;
+      double value;
+      const char16_t* unit;
+    } totals[] = {
+        {d.hide_total_billable_hours, kTotalBillableHoursLabel, sums_.billable_hours,
+         u"h"},
+        {d.hide_total_unpaid_amount, kTotalUnpaidAmountLabel, sums_.unpaid_amount, u""},
+        {d.hide_total_paid_amount, kTotalPaidAmountLabel, sums_.paid_amount, u""},
+        {d.hide_total_non_billable_hours, kTotalNonBillableHoursLabel,
+         sums_.non_billable_hours, u"h"},
+    };
+    for (const auto& t : totals) {
+      if (t.hidden == 1) continue;
+      doc_.AddChildElement(
+          u"span", std::u16string(t.label) + u": " + FormatTwoDecimals(t.value) + t.unit);
+      doc_.AddChildElement(u"br");
+    }
+    if (d.hide_report_date != 1) {
+      doc_.AddChildElement(u"span", std::u16string(kReportDateLabel) + u": " +
+                                        locale_.FormatShortDate(request_.today));
+      doc_.AddChildAttribute(u"style", u"font-size : xx-small;");
+    }
+  }
+
+  std::u16string Text() const { return doc_.DocumentText(); }
+
+ private:
+  static bool IsRightAligned(int field) {
+    return field == kFieldAmount || field == kFieldDuration || field == kFieldRate;
+  }
+
+  void Cell(const std::u16string& text, bool right) {
+    doc_.AddChildElement(u"td", text);
+    doc_.AddChildAttribute(u"class", u"Data");
+    if (right) doc_.AddChildAttribute(u"align", u"right");
+  }
+
+  std::u16string DateLine() const {
+    switch (request_.definition.date_selection) {
+      case kReportDateRange:
+        return u"From " + locale_.FormatShortDate(request_.range.start) + u" To " +
+               locale_.FormatShortDate(request_.range.end);
+      case kReportDateStartOnly:
+        return u"Date: " + locale_.FormatShortDate(request_.range.start);
+      default:
+        return {};
+    }
+  }
+
+  const HtmlReportRequest& request_;
+  const Settings& settings_;
+  const Locale& locale_;
+  MarkupDocument doc_;
+  std::vector<int> columns_;
+  Sums sums_;
+  double group_hours_ = 0;
+  double group_amount_ = 0;
+};
+
+bool ReadEntryById(EntryStore& entries, ObjectId id, TimeEntry* entry) {
+  return entries.Seek(SeekType::kObjectId, id) == id && ReadEntry(entries, entry) == 0;
+}
+
+}  // namespace
+
+std::vector<ObjectId> SelectReportEntries(EntryStore& entries,
+                                          const HtmlReportRequest& request,
+                                          const Settings& settings,
+                                          const Locale& locale) {
+  std::vector<ObjectId> ids;
+  FileTime start = 0;
+  FileTime end = 0;
+  if (!RangeToFileTimes(request.range, &start, &end)) return ids;
+  const bool grouped = request.definition.detail_type == kReportGroupByField;
+  const GroupKey key(request.definition, settings, locale);
+  const bool sort = grouped && key.NeedsSort();
+  std::vector<std::pair<GroupValue, ObjectId>> keyed;
+
+  // Strictly greater: an entry that starts exactly at the range's start is
+  // not reached, as in the exports.
+  TimeEntry entry;
+  for (ObjectId id = entries.SeekValue(SeekType::kValueGreater,
+                                       PropValue::Number(kPropStart, start));
+       id != 0; id = entries.Seek(SeekType::kCurrent, 1)) {
+    if (ReadEntry(entries, &entry) != 0 || entry.start > end) break;
+    if (!Matches(request.criteria, entry, locale)) continue;
+    if (sort) {
+      keyed.emplace_back(key.ValueOf(entry), entry.recordId);
+    } else {
+      ids.push_back(entry.recordId);
+    }
+  }
+  if (sort) {
+    std::stable_sort(keyed.begin(), keyed.end(), [&key](const auto& a, const auto& b) {
+      return key.Compare(a.first, b.first) < 0;
+    });
+    ids.reserve(keyed.size());
+    for (const auto& k : keyed) ids.push_back(k.second);
+  }
+  return ids;
+}
+
+std::u16string BuildHtmlReport(EntryStore& entries, const std::vector<ObjectId>& ids,
+                               const HtmlReportRequest& request, const Settings& settings,
+                               const Locale& locale) {
+  ReportBuilder builder(request, settings, locale);
+  builder.Head();
+  TimeEntry entry;
+  if (request.definition.detail_type == kReportTabular) {
+    builder.OpenGroup(nullptr);
+    for (ObjectId id : ids) {
+      if (ReadEntryById(entries, id, &entry)) builder.Entry(entry);
+    }
+  } else {
+    GroupKey key(request.definition, settings, locale);
+    bool open = false;
+    for (ObjectId id : ids) {
+      if (!ReadEntryById(entries, id, &entry)) continue;
+      if (key.StartsNewGroup(entry)) {
+        if (open) builder.CloseGroup();
+        const std::u16string heading = key.HeadingText();
+        builder.OpenGroup(&heading);
+        open = true;
+      }
+      builder.Entry(entry);
+    }
+  }
+  // Without any group the total row goes straight into "body" and the step
+  // out leaves "body", so the footer follows it inside "html".
+  builder.CloseGroup();
+  builder.Footer();
+  return builder.Text();
+}
+
+bool WriteHtmlReport(FileSystem& files, const std::string& path,
+                     const std::u16string& document, int code_page) {
+  std::u16string text;
+  text.reserve(document.size() + document.size() / 16);
+  for (std::size_t i = 0; i < document.size(); ++i) {
+    if (document[i] == u'/' && i + 1 < document.size() && document[i + 1] == u'>') {
+      text += u" />";
+      ++i;
+    } else {
+      text += document[i];
+    }
+  }
+  NarrowTextWriter writer(files, code_page);
+  if (!writer.Open(path)) return false;
+  const bool doctype_ok = writer.Write(kHtmlReportDoctype);
+  const bool document_ok = writer.Write(text);
+  return writer.Close() && doctype_ok && document_ok;
+}
+
+bool GenerateHtmlReport(EntryStore& entries, FileSystem& files, const std::string& path,
+                        const HtmlReportRequest& request, const Settings& settings,
+                        const Locale& locale) {
+  const std::vector<ObjectId> ids =
+      SelectReportEntries(entries, request, settings, locale);
+  const std::u16string document =
+      BuildHtmlReport(entries, ids, request, settings, locale);
+  return WriteHtmlReport(files, path, document, locale.AnsiCodePage());
+}
+
+}  // namespace quillora
