@@ -30,6 +30,13 @@ const Command* const kCommands[] = {
     &kContactCommand,
     &kRateCommand,
     &kValueCommand,
+    &kBackupCommand,
+    &kRestoreCommand,
+    &kArchiveCommand,
+    &kArchiveRestoreCommand,
+    &kReplaceCommand,
+    &kMarkPaidCommand,
+    &kDeleteDataCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

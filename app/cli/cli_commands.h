@@ -17,6 +17,13 @@ extern const Command kTaskCommand;
 extern const Command kContactCommand;
 extern const Command kRateCommand;
 extern const Command kValueCommand;
+extern const Command kBackupCommand;
+extern const Command kRestoreCommand;
+extern const Command kArchiveCommand;
+extern const Command kArchiveRestoreCommand;
+extern const Command kReplaceCommand;
+extern const Command kMarkPaidCommand;
+extern const Command kDeleteDataCommand;
 
 }  // namespace quillora
 
