@@ -16,9 +16,9 @@ const std::u16string& ArchiveTypeName(int index) {
   return LoadString(index == 1 ? kIdsArchiveTypeClientData : kIdsArchiveTypeData);
 }
 
-ArchiveWriter::ArchiveWriter(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                             std::uint32_t type, FileTime start, FileTime end,
-                             std::vector<ObjectId> clients)
+ArchiveWriter::ArchiveWriter(EntryStore& entries, Catalogue& catalogue,
+                             const Locale& locale, std::uint32_t type, FileTime start,
+                             FileTime end, std::vector<ObjectId> clients)
     : BackupWriter(entries, catalogue, locale),
       type_(type),
       start_(start),
@@ -132,13 +132,13 @@ FileChooser ArchiveChooser() {
 
 }  // namespace
 
-BackupOutcome ArchiveCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                             UserPrompt& prompt, FileSystem& files,
+BackupOutcome ArchiveCommand(EntryStore& entries, Catalogue& catalogue,
+                             const Locale& locale, UserPrompt& prompt, FileSystem& files,
                              const ArchiveRequest& request) {
   const auto path = prompt.ChooseFileToSave(ArchiveChooser());
   if (!path) return BackupOutcome::kCancelled;
-  ArchiveWriter writer(entries, catalogue, locale, request.type, request.start, request.end,
-                       request.clients);
+  ArchiveWriter writer(entries, catalogue, locale, request.type, request.start,
+                       request.end, request.clients);
   bool done = Backup(writer, files, *path);
   if (done && request.delete_when_archived) {
     done = request.type == kArchiveClientData
@@ -162,10 +162,12 @@ int ArchiveRestoreCommand(EntryStore& entries, Catalogue& catalogue, const Local
                          MessageIcon::kInformation);
       break;
     case kRestoreFailed:
-      prompt.ShowMessage(kAppTitle, LoadString(kIdsArchiveCannotLoad), MessageIcon::kError);
+      prompt.ShowMessage(kAppTitle, LoadString(kIdsArchiveCannotLoad),
+                         MessageIcon::kError);
       break;
     case kRestoreContentRefused:
-      prompt.ShowMessage(kAppTitle, LoadString(kIdsArchiveDataOnly), MessageIcon::kWarning);
+      prompt.ShowMessage(kAppTitle, LoadString(kIdsArchiveDataOnly),
+                         MessageIcon::kWarning);
       break;
     default:
       // Another data version is refused without a word, as it always was.

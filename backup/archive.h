@@ -46,7 +46,9 @@ class ArchiveWriter : public BackupWriter {
   // Does nothing and succeeds.
   bool ReadClients(const CompoundReader& reader) override;
   // Only 2, a "Data" archive.
-  bool CheckContentWord(std::uint32_t word) const override { return word == kArchiveData; }
+  bool CheckContentWord(std::uint32_t word) const override {
+    return word == kArchiveData;
+  }
 
  private:
   std::uint32_t type_;
@@ -82,8 +84,8 @@ struct ArchiveRequest {
 // deletion was asked for, the deletion. A failure of either shows "Archive
 // operation has failed. Please make sure you have enough space on storage
 // device and try again." (error icon); a failed write deletes nothing.
-BackupOutcome ArchiveCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                             UserPrompt& prompt, FileSystem& files,
+BackupOutcome ArchiveCommand(EntryStore& entries, Catalogue& catalogue,
+                             const Locale& locale, UserPrompt& prompt, FileSystem& files,
                              const ArchiveRequest& request);
 
 // The Archive Restore command: the open-file chooser, then the restore with

@@ -28,7 +28,8 @@ class ArchiveTest : public testing::BackupFixture {
     AddAt(a_, kEnd + 1, u"After");
   }
 
-  BackupOutcome Archive(const ArchiveRequest& request, FileSystem& files = FileSystem::Posix()) {
+  BackupOutcome Archive(const ArchiveRequest& request,
+                        FileSystem& files = FileSystem::Posix()) {
     prompt_.files.push_back(File("a.qra"));
     return ArchiveCommand(a_.entries, a_.catalogue, *locale_, prompt_, files, request);
   }
@@ -84,7 +85,8 @@ TEST_F(ArchiveTest, DataArchivesTakeTheEntriesAfterTheStartUpToTheEnd) {
 }
 
 TEST_F(ArchiveTest, AnEmptyRangeGivesAnEmptyRecordsStorageAndDeletesNothing) {
-  ASSERT_EQ(Archive(DataRequest(At(2030, 1, 1), At(2030, 12, 31), true)), BackupOutcome::kDone);
+  ASSERT_EQ(Archive(DataRequest(At(2030, 1, 1), At(2030, 12, 31), true)),
+            BackupOutcome::kDone);
   EXPECT_EQ(Paths(ReadCompoundFile(File("a.qra"))), "Records/\nDataVersion\n");
   // A range whose end lies before its start, and a range of exactly one
   // instant at an entry (strictly after the start: nothing).
@@ -139,10 +141,11 @@ TEST_F(ArchiveTest, AFailedArchiveDeletesNothing) {
   for (const Case& c : cases) {
     prompt_.shown.clear();
     EXPECT_EQ(Archive(c.request, *c.files), BackupOutcome::kFailed) << c.what;
-    EXPECT_EQ(prompt_.Texts(),
-              std::vector<std::u16string>{
-                  u"Archive operation has failed. Please make sure you have enough space on "
-                  u"storage device and try again."})
+    EXPECT_EQ(
+        prompt_.Texts(),
+        std::vector<std::u16string>{
+            u"Archive operation has failed. Please make sure you have enough space on "
+            u"storage device and try again."})
         << c.what;
     EXPECT_EQ(EntryClients(a_), "Before AtStart Inside AtEnd After ") << c.what;
   }
@@ -161,7 +164,8 @@ TEST_F(ArchiveTest, ArchiveRestoreTakesOnlyDataArchives) {
     ASSERT_TRUE(Backup(writer, FileSystem::Posix(), File("backup.qrd")));
   }
   ASSERT_TRUE(WriteCompoundFile(
-      File("v221.qra"), {{"DataVersion", std::string("\xdd\x00\x00\x00\x02\x00\x00\x00", 8)}}));
+      File("v221.qra"),
+      {{"DataVersion", std::string("\xdd\x00\x00\x00\x02\x00\x00\x00", 8)}}));
   testing::WriteFileBytes(File("junk.qra"), std::string(1024, '\0'));
 
   const std::u16string data_only = u"Only Archive file with data can be restored.";
@@ -172,7 +176,8 @@ TEST_F(ArchiveTest, ArchiveRestoreTakesOnlyDataArchives) {
     MessageIcon icon;
   };
   const Case cases[] = {
-      {"data.qra", kRestoreOk, u"Archive file has been restored.", MessageIcon::kInformation},
+      {"data.qra", kRestoreOk, u"Archive file has been restored.",
+       MessageIcon::kInformation},
       {"a.qra", kRestoreContentRefused, data_only, MessageIcon::kWarning},
       {"backup.qrd", kRestoreContentRefused, data_only, MessageIcon::kWarning},
       {"v221.qra", kRestoreVersionNotSupported, u"", MessageIcon::kNone},

@@ -28,8 +28,8 @@ std::u16string NumberedName(std::u16string_view prefix, int number) {
   return std::u16string(prefix) + WidenAscii(std::to_string(number));
 }
 
-bool ReadStream(const CompoundReader& reader, CompoundStorage parent, std::u16string_view name,
-                std::string* bytes) {
+bool ReadStream(const CompoundReader& reader, CompoundStorage parent,
+                std::u16string_view name, std::string* bytes) {
   CompoundStream stream;
   return reader.OpenStream(parent, name, &stream) == CompoundResult::kOk &&
          reader.ReadStream(stream, bytes) == CompoundResult::kOk;
@@ -59,7 +59,8 @@ int RecordCount(RecordStore& store) {
 
 std::u16string BackingUpRecordText(int counter) {
   char text[128];
-  std::snprintf(text, sizeof text, ToUtf8(LoadString(kIdsBackingUpRecord)).c_str(), counter);
+  std::snprintf(text, sizeof text, ToUtf8(LoadString(kIdsBackingUpRecord)).c_str(),
+                counter);
   return WidenAscii(text);
 }
 
@@ -71,7 +72,8 @@ bool BackupWriter::WriteContentWord(BackupFile& file, CompoundStream data_versio
 
 bool BackupWriter::WriteEntryStream(BackupFile& file, CompoundStorage records, int number,
                                     const TimeEntry& entry) {
-  return file.WriteStream(records, NumberedName(u"Record", number), EncodeEntryRecord(entry));
+  return file.WriteStream(records, NumberedName(u"Record", number),
+                          EncodeEntryRecord(entry));
 }
 
 bool BackupWriter::WriteRecords(BackupFile& file, CompoundStorage records) {
@@ -88,13 +90,14 @@ bool BackupWriter::WriteRecords(BackupFile& file, CompoundStorage records) {
   }
 }
 
-bool BackupWriter::WriteClientStorage(BackupFile& file, CompoundStorage clients, int number,
-                                      const Client& client) {
+bool BackupWriter::WriteClientStorage(BackupFile& file, CompoundStorage clients,
+                                      int number, const Client& client) {
   CompoundStorage storage;
   return file.CreateStorage(clients, NumberedName(u"Client", number), &storage) &&
          file.WriteStream(storage, kNameStream, EncodeClientName(client.name)) &&
-         file.WriteStream(storage, kProjectTasksStream,
-                          EncodeProjectTasks(ProjectRecords(catalogue_.projects, client.number))) &&
+         file.WriteStream(
+             storage, kProjectTasksStream,
+             EncodeProjectTasks(ProjectRecords(catalogue_.projects, client.number))) &&
          file.WriteStream(storage, kTasksStream,
                           EncodeNames(ItemsOf(catalogue_.tasks, client.number))) &&
          file.WriteStream(storage, kContactsStream,
@@ -134,7 +137,8 @@ bool BackupWriter::ReadRecord(const CompoundReader& reader, CompoundStream recor
 bool BackupWriter::RestoreClient(const CompoundReader& reader, CompoundStorage storage) {
   std::string bytes;
   std::u16string name;
-  if (!ReadStream(reader, storage, kNameStream, &bytes) || !DecodeClientName(bytes, &name)) {
+  if (!ReadStream(reader, storage, kNameStream, &bytes) ||
+      !DecodeClientName(bytes, &name)) {
     return false;
   }
   // A client without a name, or one whose number is 0 (written while the
@@ -158,7 +162,8 @@ bool BackupWriter::RestoreClient(const CompoundReader& reader, CompoundStorage s
   }
   if (number != 0) {
     // What the client has already is not added again (the rule of AddProject).
-    std::set<std::pair<std::u16string, std::u16string>, LocaleLess> have(LocaleLess{&locale_});
+    std::set<std::pair<std::u16string, std::u16string>, LocaleLess> have(
+        LocaleLess{&locale_});
     for (ProjectRecord& r : ProjectRecords(catalogue_.projects, number)) {
       have.emplace(std::move(r.project), std::move(r.task));
     }
@@ -212,11 +217,11 @@ bool BackupWriter::RestoreClient(const CompoundReader& reader, CompoundStorage s
     for (Rate& r : rates) {
       if (known(r)) continue;
       // The value is written in hundredths as read: no trip through a double.
-      if (catalogue_.rates.WriteProps(0, {PropValue::Number(kPropRateType, r.type),
-                                          PropValue::Number(kPropRateValue, r.value),
-                                          PropValue::Number(kPropClientId, number),
-                                          PropValue::Number(kPropRateFlag, r.flag ? 1 : 0)}) ==
-              0 ||
+      if (catalogue_.rates.WriteProps(
+              0, {PropValue::Number(kPropRateType, r.type),
+                  PropValue::Number(kPropRateValue, r.value),
+                  PropValue::Number(kPropClientId, number),
+                  PropValue::Number(kPropRateFlag, r.flag ? 1 : 0)}) == 0 ||
           !Added()) {
         return false;
       }
@@ -292,7 +297,8 @@ int Restore(BackupWriter& writer, FileSystem& files, const std::string& path) {
     CompoundEnumerator count = reader.EnumElements(records);
     for (CompoundElement element; count.Next(&element);) ++total;
     CompoundStorage clients;
-    if (reader.OpenStorage(reader.root(), kClientsName, &clients) == CompoundResult::kOk) {
+    if (reader.OpenStorage(reader.root(), kClientsName, &clients) ==
+        CompoundResult::kOk) {
       count = reader.EnumElements(clients);
       for (CompoundElement element; count.Next(&element);) ++total;
     }
@@ -353,7 +359,9 @@ class RestoreDialogProgress : public WriterProgress {
     prompt_.BeginProgress(LoadString(kIdsRestoreInProgress), records);
     begun_ = true;
   }
-  void Step() override { prompt_.StepProgress(++done_, LoadString(kIdsRestoreInProgress)); }
+  void Step() override {
+    prompt_.StepProgress(++done_, LoadString(kIdsRestoreInProgress));
+  }
 
  private:
   UserPrompt& prompt_;
@@ -371,8 +379,8 @@ FileChooser BackupChooser(std::uint32_t flags) {
 
 }  // namespace
 
-BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                            UserPrompt& prompt, FileSystem& files) {
+BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
+                            const Locale& locale, UserPrompt& prompt, FileSystem& files) {
   const auto path =
       prompt.ChooseFileToSave(BackupChooser(kFileOverwritePrompt | kFileHideReadOnly));
   if (!path) return BackupOutcome::kCancelled;
@@ -404,7 +412,8 @@ int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& loca
   if (result == kRestoreFailed) {
     prompt.ShowMessage(kAppTitle, LoadString(kIdsRestoreFailed), MessageIcon::kError);
   } else if (result == kRestoreVersionNotSupported) {
-    prompt.ShowMessage(kAppTitle, LoadString(kIdsBackupNotSupported), MessageIcon::kError);
+    prompt.ShowMessage(kAppTitle, LoadString(kIdsBackupNotSupported),
+                       MessageIcon::kError);
   }
   return result;
 }

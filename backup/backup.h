@@ -33,9 +33,9 @@ inline constexpr std::uint32_t kBackupContentWord = 1;
 // What the restore operation answers.
 enum RestoreResult : int {
   kRestoreOk = 0,
-  kRestoreFailed = 1,              // unreadable, damaged, or a record could not be added
-  kRestoreVersionNotSupported = 2, // "DataVersion" does not start with 220
-  kRestoreContentRefused = 3,      // the writer refused the content word
+  kRestoreFailed = 1,               // unreadable, damaged, or a record could not be added
+  kRestoreVersionNotSupported = 2,  // "DataVersion" does not start with 220
+  kRestoreContentRefused = 3,       // the writer refused the content word
 };
 // What the restore commands answer when the user cancelled the file chooser.
 inline constexpr int kRestoreCancelled = -1;
@@ -138,8 +138,8 @@ enum class BackupOutcome { kCancelled, kDone, kFailed };
 // while backup is in progress. ...", counted "Backing up record %d..." over
 // entries and clients) and the backup; on failure "Backup has failed. Please
 // make sure you have enough space on the storage device." (error icon).
-BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                            UserPrompt& prompt, FileSystem& files);
+BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
+                            const Locale& locale, UserPrompt& prompt, FileSystem& files);
 
 // The Restore command: the open-file chooser (same filter, path must exist);
 // on a file, the progress ("Data restore is in progress. ...") and the

@@ -58,7 +58,8 @@ bool BackupFile::CreateStream(CompoundStorage parent, std::u16string_view name,
 
 bool BackupFile::Write(CompoundStream stream, std::string_view bytes) {
   if (stream.id >= ledger_of_id_.size() || ledger_of_id_[stream.id] == 0) return false;
-  if (writer_.Write(stream, bytes.data(), bytes.size()) != CompoundResult::kOk) return false;
+  if (writer_.Write(stream, bytes.data(), bytes.size()) != CompoundResult::kOk)
+    return false;
   Node& node = nodes_[ledger_of_id_[stream.id]];
   node.size += bytes.size();
   node.digest = Fnv1a(node.digest, bytes);
@@ -86,7 +87,8 @@ bool BackupFile::Verify(FileSystem& files) const {
     const CompoundStorage parent{handle[node.parent]};
     if (node.storage) {
       CompoundStorage storage;
-      if (reader.OpenStorage(parent, node.name, &storage) != CompoundResult::kOk) return false;
+      if (reader.OpenStorage(parent, node.name, &storage) != CompoundResult::kOk)
+        return false;
       handle[i] = storage.id;
     } else {
       CompoundStream stream;

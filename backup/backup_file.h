@@ -24,11 +24,14 @@ class BackupFile {
 
   // Each is false when the compound writer refuses (a name twice, a bad
   // handle, a stream too large).
-  bool CreateStorage(CompoundStorage parent, std::u16string_view name, CompoundStorage* out);
-  bool CreateStream(CompoundStorage parent, std::u16string_view name, CompoundStream* out);
+  bool CreateStorage(CompoundStorage parent, std::u16string_view name,
+                     CompoundStorage* out);
+  bool CreateStream(CompoundStorage parent, std::u16string_view name,
+                    CompoundStream* out);
   bool Write(CompoundStream stream, std::string_view bytes);
   // CreateStream and one Write.
-  bool WriteStream(CompoundStorage parent, std::u16string_view name, std::string_view bytes);
+  bool WriteStream(CompoundStorage parent, std::u16string_view name,
+                   std::string_view bytes);
 
   // Writes the file out and closes it; false when a write or the close failed
   // (the partly written file stays).
@@ -42,15 +45,15 @@ class BackupFile {
 
  private:
   struct Node {
-    std::uint32_t parent = 0;    // ledger index of the storage holding it
-    std::u16string name;         // empty for the root
+    std::uint32_t parent = 0;  // ledger index of the storage holding it
+    std::u16string name;       // empty for the root
     bool storage = true;
     std::uint32_t children = 0;  // storages: elements written into it
     std::uint64_t size = 0;      // streams: bytes written
     std::uint64_t digest = 0;    // streams: FNV-1a of the bytes
   };
-  bool Add(CompoundStorage parent, std::u16string_view name, bool storage, std::uint32_t id,
-           std::uint32_t* ledger_index);
+  bool Add(CompoundStorage parent, std::u16string_view name, bool storage,
+           std::uint32_t id, std::uint32_t* ledger_index);
 
   std::string path_;
   CompoundWriter writer_;

@@ -3,7 +3,8 @@
 namespace quillora {
 
 void StreamBuilder::U32(std::uint32_t value) {
-  for (int i = 0; i < 4; ++i) bytes_.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
+  for (int i = 0; i < 4; ++i)
+    bytes_.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
 }
 
 void StreamBuilder::Time(FileTime value) {
@@ -27,7 +28,8 @@ bool StreamParser::U32(std::uint32_t* value) {
   if (remaining() < 4) return false;
   std::uint32_t v = 0;
   for (int i = 0; i < 4; ++i) {
-    v |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes_[pos_ + i])) << (8 * i);
+    v |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes_[pos_ + i]))
+         << (8 * i);
   }
   pos_ += 4;
   *value = v;
@@ -101,7 +103,8 @@ std::string EncodeEntryRecord(const TimeEntry& e) {
   b.String(e.custom2);
   b.String(e.custom3);
   const std::int32_t note_size =
-      e.noteSize > 0 && static_cast<std::size_t>(e.noteSize) <= e.note.size() ? e.noteSize : 0;
+      e.noteSize > 0 && static_cast<std::size_t>(e.noteSize) <= e.note.size() ? e.noteSize
+                                                                              : 0;
   b.I32(note_size);
   if (note_size > 0) b.Bytes(e.note.data(), static_cast<std::size_t>(note_size));
   return b.Take();

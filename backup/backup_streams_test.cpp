@@ -27,17 +27,25 @@ TimeEntry SampleEntry() {
 
 TEST(BackupStreamsTest, AnEntryRecordHasItsFieldsInOrderLittleEndian) {
   const std::string expected = std::string("01") + "00" +  // billable, paid
-                               "78563412" "0000d001" +     // start, low word first
-                               "02000000" "41006200" +     // client "Ab"
-                               "00000000" "00000000" +     // project, phase
-                               "01000000" "5400" +         // task "T"
-                               "00000000" +                // currency
-                               "96000000" "f6090000" +     // duration 150, rate 2550
-                               "03000000" +                // rate type
-                               "00000000" +                // bill to
-                               "01000000" "e900" +         // custom 1
-                               "00000000" "00000000" +     // custom 2, custom 3
-                               "03000000" "010203";        // note size, note
+                               "78563412"
+                               "0000d001" +  // start, low word first
+                               "02000000"
+                               "41006200" +  // client "Ab"
+                               "00000000"
+                               "00000000" +  // project, phase
+                               "01000000"
+                               "5400" +      // task "T"
+                               "00000000" +  // currency
+                               "96000000"
+                               "f6090000" +  // duration 150, rate 2550
+                               "03000000" +  // rate type
+                               "00000000" +  // bill to
+                               "01000000"
+                               "e900" +  // custom 1
+                               "00000000"
+                               "00000000" +  // custom 2, custom 3
+                               "03000000"
+                               "010203";  // note size, note
   EXPECT_EQ(Hex(EncodeEntryRecord(SampleEntry())), expected);
 
   TimeEntry back;
@@ -98,10 +106,14 @@ TEST(BackupStreamsTest, OutOfRangeNumbersKeepWhatTheRecordCanHold) {
 }
 
 TEST(BackupStreamsTest, ClientStreamsRoundTripAndRefuseDamage) {
-  const std::vector<ProjectRecord> projects = {{0, 0, u"Web", u""}, {0, 0, u"Web", u"Design"}};
+  const std::vector<ProjectRecord> projects = {{0, 0, u"Web", u""},
+                                               {0, 0, u"Web", u"Design"}};
   EXPECT_EQ(Hex(EncodeProjectTasks(projects)),
-            "02000000" "03000000570065006200" "00000000"
-            "03000000570065006200" "06000000440065007300690067006e00");
+            "02000000"
+            "03000000570065006200"
+            "00000000"
+            "03000000570065006200"
+            "06000000440065007300690067006e00");
   std::vector<ProjectRecord> p;
   ASSERT_TRUE(DecodeProjectTasks(EncodeProjectTasks(projects), &p));
   ASSERT_EQ(p.size(), 2u);
@@ -112,7 +124,11 @@ TEST(BackupStreamsTest, ClientStreamsRoundTripAndRefuseDamage) {
   rate.value = 4550;
   rate.flag = true;
   rate.description = u"not written";
-  EXPECT_EQ(Hex(EncodeRates({rate})), "01000000" "01000000" "c6110000" "01");
+  EXPECT_EQ(Hex(EncodeRates({rate})),
+            "01000000"
+            "01000000"
+            "c6110000"
+            "01");
   EXPECT_EQ(Hex(EncodeNames({})), "00000000");
   EXPECT_EQ(Hex(EncodeClientName(u"A")), "010000004100");
 

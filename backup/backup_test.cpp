@@ -76,19 +76,29 @@ TEST_F(BackupTest, EachEntryIsARecordStreamAndEachClientAStorageOfFiveStreams) {
   AddClientWithCatalogue(a_, u"Acme");
   ASSERT_TRUE(BackUp(a_, File("one.qrd")));
   const auto file = ReadCompoundFile(File("one.qrd"));
-  EXPECT_EQ(Paths(file),
-            "Clients/\nClients/Client0/\nClients/Client0/Name\nClients/Client0/Rates\n"
-            "Clients/Client0/Tasks\nClients/Client0/Contacts\nClients/Client0/ProjectTasks\n"
-            "Records/\nRecords/Record0\nRecords/Record1\nDataVersion\n");
+  EXPECT_EQ(
+      Paths(file),
+      "Clients/\nClients/Client0/\nClients/Client0/Name\nClients/Client0/Rates\n"
+      "Clients/Client0/Tasks\nClients/Client0/Contacts\nClients/Client0/ProjectTasks\n"
+      "Records/\nRecords/Record0\nRecords/Record1\nDataVersion\n");
   // Store order: the earlier entry is Record0.
   TimeEntry first;
   ASSERT_TRUE(DecodeEntryRecord(StreamBytes(file, "Records/Record0"), &first));
   EXPECT_EQ(first.start, At(2024, 1, 1));
   const std::string c = "Clients/Client0/";
-  EXPECT_EQ(Hex(StreamBytes(file, c + "Name")), "0400000041006300" "6d006500");
-  EXPECT_EQ(Hex(StreamBytes(file, c + "Tasks")), "01000000" "05000000" "410064006d0069006e00");
+  EXPECT_EQ(Hex(StreamBytes(file, c + "Name")),
+            "0400000041006300"
+            "6d006500");
+  EXPECT_EQ(Hex(StreamBytes(file, c + "Tasks")),
+            "01000000"
+            "05000000"
+            "410064006d0069006e00");
   // Overtime, 45.50, flag set; the description is not written.
-  EXPECT_EQ(Hex(StreamBytes(file, c + "Rates")), "01000000" "01000000" "c6110000" "01");
+  EXPECT_EQ(Hex(StreamBytes(file, c + "Rates")),
+            "01000000"
+            "01000000"
+            "c6110000"
+            "01");
   std::vector<ProjectRecord> projects;
   ASSERT_TRUE(DecodeProjectTasks(StreamBytes(file, c + "ProjectTasks"), &projects));
   ASSERT_EQ(projects.size(), 2u);
@@ -142,7 +152,8 @@ TEST_F(BackupTest, ARestoreAddsToWhatIsThereAndNeverAddsAClientTwice) {
 TEST_F(BackupTest, OnlyDataVersion220IsRestoredAndAnyContentWordIsABackup) {
   AddAt(a_, At(2024, 1, 1), u"Acme");
   ASSERT_TRUE(BackUp(a_, File("good.qrd")));
-  const std::string record = StreamBytes(ReadCompoundFile(File("good.qrd")), "Records/Record0");
+  const std::string record =
+      StreamBytes(ReadCompoundFile(File("good.qrd")), "Records/Record0");
   struct Case {
     std::string version;
     int result;
@@ -216,7 +227,10 @@ TEST_F(BackupTest, DamagedFilesAreRefusedWithoutChangingAnythingTheyCouldNotRead
       {"no Clients", without("Clients/")},
       {"no Rates", without("Clients/Client0/Rates")},
       {"a stream among the clients",
-       {{"DataVersion", version}, {"Records/", ""}, {"Clients/", ""}, {"Clients/Client0", ""}}},
+       {{"DataVersion", version},
+        {"Records/", ""},
+        {"Clients/", ""},
+        {"Clients/Client0", ""}}},
       {"a damaged task count",
        replaced("Clients/Client0/Tasks", std::string("\x05\x00\x00\x00", 4))},
   };
@@ -231,9 +245,9 @@ TEST_F(BackupTest, DamagedFilesAreRefusedWithoutChangingAnythingTheyCouldNotRead
   // Not a compound file at all, or cut anywhere.
   std::vector<std::pair<std::string, std::string>> raw = {
       {"missing", ""}, {"empty", ""}, {"text", "DataVersion 220"}};
-  for (std::size_t size : {std::size_t{0}, std::size_t{511}, std::size_t{512},
-                           good_bytes.size() / 2, good_bytes.size() - 512,
-                           good_bytes.size() - 1}) {
+  for (std::size_t size :
+       {std::size_t{0}, std::size_t{511}, std::size_t{512}, good_bytes.size() / 2,
+        good_bytes.size() - 512, good_bytes.size() - 1}) {
     raw.push_back({"cut at " + std::to_string(size), good_bytes.substr(0, size)});
   }
   for (const auto& [what, bytes] : raw) {
@@ -248,7 +262,8 @@ TEST_F(BackupTest, AFailureMidRestoreKeepsTheRecordsAddedBeforeIt) {
   // More records than one batch holds, then a damaged one: the container's
   // order puts the longest name last.
   std::vector<FileElement> elements = {
-      {"DataVersion", std::string("\xdc\x00\x00\x00\x01\x00\x00\x00", 8)}, {"Records/", ""}};
+      {"DataVersion", std::string("\xdc\x00\x00\x00\x01\x00\x00\x00", 8)},
+      {"Records/", ""}};
   TimeEntry e;
   e.client = u"Acme";
   for (int i = 0; i < 1030; ++i) {
@@ -275,25 +290,29 @@ TEST_F(BackupTest, TheBackupCommandCountsEntriesAndClientsFromOne) {
   AddAt(a_, At(2024, 1, 2), u"Acme");
   AddClientWithCatalogue(a_, u"Acme");
   prompt_.files.push_back(File("c.qrd"));
-  EXPECT_EQ(BackupCommand(a_.entries, a_.catalogue, *locale_, prompt_, FileSystem::Posix()),
-            BackupOutcome::kDone);
+  EXPECT_EQ(
+      BackupCommand(a_.entries, a_.catalogue, *locale_, prompt_, FileSystem::Posix()),
+      BackupOutcome::kDone);
   ASSERT_EQ(prompt_.choosers.size(), 1u);
   EXPECT_EQ(prompt_.choosers[0].filter, u"Backup Files (*.qrd)|*.qrd|");
   EXPECT_EQ(prompt_.choosers[0].default_extension, u"qrd");
   EXPECT_EQ(prompt_.choosers[0].flags, kFileOverwritePrompt | kFileHideReadOnly);
-  EXPECT_EQ(prompt_.progress_title,
-            u"Please wait while backup is in progress. You must not turn off the Pocket PC. "
-            u"This may take a few minutes.");
+  EXPECT_EQ(
+      prompt_.progress_title,
+      u"Please wait while backup is in progress. You must not turn off the Pocket PC. "
+      u"This may take a few minutes.");
   EXPECT_EQ(prompt_.progress_total, 3);
   EXPECT_EQ(prompt_.progress_texts,
-            (std::vector<std::u16string>{u"Backing up record 1...", u"Backing up record 1...",
-                                         u"Backing up record 2...", u"Backing up record 3..."}));
+            (std::vector<std::u16string>{
+                u"Backing up record 1...", u"Backing up record 1...",
+                u"Backing up record 2...", u"Backing up record 3..."}));
   EXPECT_EQ(prompt_.progress_ends, 1);
   EXPECT_TRUE(prompt_.shown.empty());
 
   // Cancelled: nothing happens.
-  EXPECT_EQ(BackupCommand(a_.entries, a_.catalogue, *locale_, prompt_, FileSystem::Posix()),
-            BackupOutcome::kCancelled);
+  EXPECT_EQ(
+      BackupCommand(a_.entries, a_.catalogue, *locale_, prompt_, FileSystem::Posix()),
+      BackupOutcome::kCancelled);
   EXPECT_TRUE(prompt_.shown.empty());
 }
 
@@ -307,7 +326,9 @@ class SwappedReads : public FileSystem {
   bool ReadWholeFile(const std::string&, std::string* bytes) override {
     return FileSystem::Posix().ReadWholeFile(read_path_, bytes);
   }
-  bool Exists(const std::string& path) override { return FileSystem::Posix().Exists(path); }
+  bool Exists(const std::string& path) override {
+    return FileSystem::Posix().Exists(path);
+  }
 
  private:
   std::string read_path_;
@@ -355,7 +376,8 @@ TEST_F(BackupTest, TheRestoreCommandReportsFailuresAndUnsupportedFiles) {
   AddAt(a_, At(2024, 1, 1), u"Acme");
   ASSERT_TRUE(BackUp(a_, File("good.qrd")));
   ASSERT_TRUE(WriteCompoundFile(
-      File("221.qrd"), {{"DataVersion", std::string("\xdd\x00\x00\x00\x01\x00\x00\x00", 8)}}));
+      File("221.qrd"),
+      {{"DataVersion", std::string("\xdd\x00\x00\x00\x01\x00\x00\x00", 8)}}));
   testing::WriteFileBytes(File("junk.qrd"), "junk");
   struct Case {
     std::optional<std::string> file;
@@ -376,21 +398,24 @@ TEST_F(BackupTest, TheRestoreCommandReportsFailuresAndUnsupportedFiles) {
   for (const Case& c : cases) {
     prompt_.shown.clear();
     prompt_.files.push_back(c.file);
-    EXPECT_EQ(RestoreCommand(b_.entries, b_.catalogue, *locale_, prompt_, FileSystem::Posix()),
-              c.result)
+    EXPECT_EQ(
+        RestoreCommand(b_.entries, b_.catalogue, *locale_, prompt_, FileSystem::Posix()),
+        c.result)
         << c.file.value_or("cancelled");
     EXPECT_EQ(prompt_.Texts(), c.messages) << c.file.value_or("cancelled");
   }
   EXPECT_EQ(prompt_.choosers.back().flags, 0x804u);
   EXPECT_EQ(prompt_.progress_title,
-            u"Data restore is in progress. Please do not turn off the Pocket PC. Please wait...");
+            u"Data restore is in progress. Please do not turn off the Pocket PC. Please "
+            u"wait...");
   EXPECT_EQ(EntryCount(b_), 1);
 }
 
 TEST_F(BackupTest, OlefileReadsTheBackup) {
   std::string python;
   for (const char* candidate : {"/usr/bin/python3", "python3"}) {
-    if (std::system((std::string(candidate) + " -c 'import olefile' >/dev/null 2>&1").c_str()) ==
+    if (std::system(
+            (std::string(candidate) + " -c 'import olefile' >/dev/null 2>&1").c_str()) ==
         0) {
       python = candidate;
       break;
@@ -400,20 +425,24 @@ TEST_F(BackupTest, OlefileReadsTheBackup) {
   Fill(a_);
   ASSERT_TRUE(BackUp(a_, File("ole.qrd")));
   const std::string script = File("list.py");
-  testing::WriteFileBytes(script,
-                          "import olefile, sys\n"
-                          "ole = olefile.OleFileIO(sys.argv[1], raise_defects=olefile.DEFECT_INCORRECT)\n"
-                          "for path in sorted('/'.join(p) for p in ole.listdir()):\n"
-                          "    print(path, ole.get_size(path))\n"
-                          "print(ole.openstream('DataVersion').read().hex())\n"
-                          "print(ole.openstream('Clients/Client0/Name').read().hex())\n");
+  testing::WriteFileBytes(
+      script,
+      "import olefile, sys\n"
+      "ole = olefile.OleFileIO(sys.argv[1], raise_defects=olefile.DEFECT_INCORRECT)\n"
+      "for path in sorted('/'.join(p) for p in ole.listdir()):\n"
+      "    print(path, ole.get_size(path))\n"
+      "print(ole.openstream('DataVersion').read().hex())\n"
+      "print(ole.openstream('Clients/Client0/Name').read().hex())\n");
   const std::string out = File("list.txt");
-  ASSERT_EQ(std::system((python + " " + script + " " + File("ole.qrd") + " >" + out).c_str()), 0);
+  ASSERT_EQ(
+      std::system((python + " " + script + " " + File("ole.qrd") + " >" + out).c_str()),
+      0);
   const auto file = ReadCompoundFile(File("ole.qrd"));
   std::string expected;
   std::vector<std::string> streams;
   for (const FileElement& e : file) {
-    if (e.path.back() != '/') streams.push_back(e.path + " " + std::to_string(e.bytes.size()));
+    if (e.path.back() != '/')
+      streams.push_back(e.path + " " + std::to_string(e.bytes.size()));
   }
   std::sort(streams.begin(), streams.end());
   for (const std::string& s : streams) expected += s + "\n";

@@ -20,7 +20,8 @@ struct FileElement {
   std::string bytes;
 };
 
-inline bool WriteCompoundFile(const std::string& file, const std::vector<FileElement>& elements) {
+inline bool WriteCompoundFile(const std::string& file,
+                              const std::vector<FileElement>& elements) {
   CompoundWriter writer;
   if (writer.Create(file) != CompoundResult::kOk) return false;
   std::map<std::string, CompoundStorage> storages{{"", writer.root()}};
@@ -30,9 +31,11 @@ inline bool WriteCompoundFile(const std::string& file, const std::vector<FileEle
     if (storage) path.pop_back();
     const auto slash = path.rfind('/');
     const std::string parent = slash == std::string::npos ? "" : path.substr(0, slash);
-    const std::u16string name = FromUtf8(slash == std::string::npos ? path : path.substr(slash + 1));
+    const std::u16string name =
+        FromUtf8(slash == std::string::npos ? path : path.substr(slash + 1));
     if (storage) {
-      if (writer.CreateStorage(storages[parent], name, &storages[path]) != CompoundResult::kOk)
+      if (writer.CreateStorage(storages[parent], name, &storages[path]) !=
+          CompoundResult::kOk)
         return false;
     } else {
       CompoundStream stream;
@@ -70,7 +73,8 @@ inline void ListStorage(const CompoundReader& reader, CompoundStorage storage,
 inline std::vector<FileElement> ReadCompoundFile(const std::string& file) {
   std::vector<FileElement> out;
   CompoundReader reader;
-  if (reader.Open(file) == CompoundResult::kOk) ListStorage(reader, reader.root(), "", &out);
+  if (reader.Open(file) == CompoundResult::kOk)
+    ListStorage(reader, reader.root(), "", &out);
   return out;
 }
 
@@ -82,7 +86,8 @@ inline std::string Paths(const std::vector<FileElement>& elements) {
 }
 
 // The bytes of one stream of the listing ("" when it is not there).
-inline std::string StreamBytes(const std::vector<FileElement>& elements, const std::string& path) {
+inline std::string StreamBytes(const std::vector<FileElement>& elements,
+                               const std::string& path) {
   for (const FileElement& e : elements) {
     if (e.path == path) return e.bytes;
   }

@@ -36,9 +36,11 @@ struct TestData {
   EntryStore entries{volume.store()};
 };
 
-inline FileTime At(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+inline FileTime At(int year, int month, int day, int hour = 0, int minute = 0,
+                   int second = 0) {
   FileTime t = 0;
-  EXPECT_TRUE(SystemTimeToFileTime(MakeSystemTime(year, month, day, hour, minute, second), &t));
+  EXPECT_TRUE(
+      SystemTimeToFileTime(MakeSystemTime(year, month, day, hour, minute, second), &t));
   return t;
 }
 
@@ -63,10 +65,10 @@ class BackupFixture : public ::testing::Test {
     while (ReadEntry(data.entries, &e) == 0) {
       SystemTime st;
       FileTimeToSystemTime(e.start, &st);
-      out += FormatIsoDateTime(st) + " " + ToUtf8(e.client) + "|" + ToUtf8(e.project) + "|" +
-             ToUtf8(e.phase) + "|" + ToUtf8(e.task) + "|" + ToUtf8(e.currency) + "|" +
-             ToUtf8(e.billTo) + "|" + ToUtf8(e.custom1) + "|" + ToUtf8(e.custom2) + "|" +
-             ToUtf8(e.custom3) + " d" + std::to_string(e.duration) + " r" +
+      out += FormatIsoDateTime(st) + " " + ToUtf8(e.client) + "|" + ToUtf8(e.project) +
+             "|" + ToUtf8(e.phase) + "|" + ToUtf8(e.task) + "|" + ToUtf8(e.currency) +
+             "|" + ToUtf8(e.billTo) + "|" + ToUtf8(e.custom1) + "|" + ToUtf8(e.custom2) +
+             "|" + ToUtf8(e.custom3) + " d" + std::to_string(e.duration) + " r" +
              std::to_string(e.rate) + " t" + std::to_string(e.rateType) + " b" +
              std::to_string(e.billable) + " p" + std::to_string(e.paid) + " note" +
              std::to_string(e.noteSize) + ":" +
@@ -92,7 +94,8 @@ class BackupFixture : public ::testing::Test {
       for (const ProjectRecord& r : ProjectRecords(c.projects, client.number))
         out += ToUtf8(r.project) + "/" + ToUtf8(r.task) + " ";
       out += "] tasks[";
-      for (const CatalogueItem& i : ItemsOf(c.tasks, client.number)) out += ToUtf8(i.name) + " ";
+      for (const CatalogueItem& i : ItemsOf(c.tasks, client.number))
+        out += ToUtf8(i.name) + " ";
       out += "] contacts[";
       for (const CatalogueItem& i : ItemsOf(c.contacts, client.number))
         out += ToUtf8(i.name) + " ";

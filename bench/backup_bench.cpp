@@ -65,7 +65,8 @@ struct BackupFixture {
     store.volume->BeginBatch();
     for (int n = 0; n < kBackupEntries; ++n) AddEntry(*store.entries, BackupSample(n));
     for (int c = 0; c < kBackupClients; ++c) {
-      const std::u16string name = u"Client " + std::u16string(1, static_cast<char16_t>(u'A' + c));
+      const std::u16string name =
+          u"Client " + std::u16string(1, static_cast<char16_t>(u'A' + c));
       const ClientId number = AddClient(store.catalogue->clients, name);
       AddProject(store.catalogue->projects, *store.locale, number, u"Project", u"");
       AddItem(store.catalogue->tasks, *store.locale, number, u"Development");

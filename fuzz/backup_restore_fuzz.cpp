@@ -21,7 +21,9 @@ using namespace quillora;
 class InputFiles : public FileSystem {
  public:
   explicit InputFiles(std::string bytes) : bytes_(std::move(bytes)) {}
-  std::unique_ptr<WritableFile> CreateAlways(const std::string&) override { return nullptr; }
+  std::unique_ptr<WritableFile> CreateAlways(const std::string&) override {
+    return nullptr;
+  }
   bool ReadWholeFile(const std::string&, std::string* bytes) override {
     *bytes = bytes_;
     return true;
@@ -38,7 +40,8 @@ std::string VolumePath() {
 }
 
 void RemoveVolume(const std::string& path) {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) unlink((path + suffix).c_str());
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"})
+    unlink((path + suffix).c_str());
 }
 
 }  // namespace

@@ -13,12 +13,23 @@ namespace {
 // The value list behind a type, or none.
 bool ListKindOf(ReplaceType type, ValueListKind* kind) {
   switch (type) {
-    case ReplaceType::kPhase: *kind = ValueListKind::kPhase; return true;
-    case ReplaceType::kCurrency: *kind = ValueListKind::kCurrency; return true;
-    case ReplaceType::kCustom1: *kind = ValueListKind::kCustom1; return true;
-    case ReplaceType::kCustom2: *kind = ValueListKind::kCustom2; return true;
-    case ReplaceType::kCustom3: *kind = ValueListKind::kCustom3; return true;
-    default: return false;
+    case ReplaceType::kPhase:
+      *kind = ValueListKind::kPhase;
+      return true;
+    case ReplaceType::kCurrency:
+      *kind = ValueListKind::kCurrency;
+      return true;
+    case ReplaceType::kCustom1:
+      *kind = ValueListKind::kCustom1;
+      return true;
+    case ReplaceType::kCustom2:
+      *kind = ValueListKind::kCustom2;
+      return true;
+    case ReplaceType::kCustom3:
+      *kind = ValueListKind::kCustom3;
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -67,7 +78,8 @@ int RenameInCatalogue(Catalogue& catalogue, const Locale& locale, ReplaceType ty
   switch (type) {
     case ReplaceType::kClient:
       // One client: names are unique in the clients database.
-      if (FindClient(catalogue.clients, find) && RenameClient(catalogue.clients, replacement)) {
+      if (FindClient(catalogue.clients, find) &&
+          RenameClient(catalogue.clients, replacement)) {
         ++renamed;
       }
       break;
@@ -109,9 +121,10 @@ int RenameInCatalogue(Catalogue& catalogue, const Locale& locale, ReplaceType ty
         if (!aux.Open()) break;
         for (const ValueItem& item : ValueList(aux, kind)) {
           if (!locale.Equal(item.text, find)) continue;
-          if (aux.WriteProps(item.record_id,
-                             {PropValue::Number(kPropListKind, static_cast<std::uint16_t>(kind)),
-                              PropValue::Text(kPropItemName, replacement)}) != 0) {
+          if (aux.WriteProps(
+                  item.record_id,
+                  {PropValue::Number(kPropListKind, static_cast<std::uint16_t>(kind)),
+                   PropValue::Text(kPropItemName, replacement)}) != 0) {
             ++renamed;
           }
           break;
@@ -148,9 +161,9 @@ std::vector<ObjectId> EntriesOfRange(EntryStore& entries, FileTime start, FileTi
 
 const std::u16string& ReplaceTypeName(ReplaceType type) {
   static const int kIds[kReplaceTypeCount] = {
-      kIdsReplaceTypeClient, kIdsReplaceTypeProject,  kIdsReplaceTypePhase,
-      kIdsReplaceTypeTask,   kIdsReplaceTypeCurrency, kIdsReplaceTypeBillTo,
-      kIdsCustom1Label,      kIdsCustom2Label,        kIdsCustom3Label,
+      kIdsReplaceTypeClient,     kIdsReplaceTypeProject,  kIdsReplaceTypePhase,
+      kIdsReplaceTypeTask,       kIdsReplaceTypeCurrency, kIdsReplaceTypeBillTo,
+      kIdsCustom1Label,          kIdsCustom2Label,        kIdsCustom3Label,
       kIdsReplaceTypeProjectTask};
   const int index = static_cast<int>(type);
   return LoadString(index >= 0 && index < kReplaceTypeCount ? kIds[index] : 0);
@@ -158,17 +171,26 @@ const std::u16string& ReplaceTypeName(ReplaceType type) {
 
 std::u16string& ReplaceField(TimeEntry& entry, ReplaceType type) {
   switch (type) {
-    case ReplaceType::kClient: return entry.client;
-    case ReplaceType::kProject: return entry.project;
-    case ReplaceType::kPhase: return entry.phase;
-    case ReplaceType::kCurrency: return entry.currency;
-    case ReplaceType::kBillTo: return entry.billTo;
-    case ReplaceType::kCustom1: return entry.custom1;
-    case ReplaceType::kCustom2: return entry.custom2;
-    case ReplaceType::kCustom3: return entry.custom3;
+    case ReplaceType::kClient:
+      return entry.client;
+    case ReplaceType::kProject:
+      return entry.project;
+    case ReplaceType::kPhase:
+      return entry.phase;
+    case ReplaceType::kCurrency:
+      return entry.currency;
+    case ReplaceType::kBillTo:
+      return entry.billTo;
+    case ReplaceType::kCustom1:
+      return entry.custom1;
+    case ReplaceType::kCustom2:
+      return entry.custom2;
+    case ReplaceType::kCustom3:
+      return entry.custom3;
     case ReplaceType::kTask:
     case ReplaceType::kProjectTask:
-    default: return entry.task;
+    default:
+      return entry.task;
   }
 }
 
@@ -184,31 +206,36 @@ std::vector<std::u16string> FindChoices(Catalogue& catalogue, const Locale& loca
     case ReplaceType::kProjectTask:
       for (auto& [id, props] : AllRecords(catalogue.projects)) {
         ProjectRecord r = ProjectOf(id, props);
-        values.push_back(type == ReplaceType::kProject ? std::move(r.project) : std::move(r.task));
+        values.push_back(type == ReplaceType::kProject ? std::move(r.project)
+                                                       : std::move(r.task));
       }
       break;
     case ReplaceType::kTask:
     case ReplaceType::kBillTo:
-      for (auto& [id, props] : AllRecords(type == ReplaceType::kTask
-                                              ? static_cast<RecordStore&>(catalogue.tasks)
-                                              : static_cast<RecordStore&>(catalogue.contacts))) {
-        if (const std::u16string* name = TextOf(props, kPropItemName)) values.push_back(*name);
+      for (auto& [id, props] :
+           AllRecords(type == ReplaceType::kTask
+                          ? static_cast<RecordStore&>(catalogue.tasks)
+                          : static_cast<RecordStore&>(catalogue.contacts))) {
+        if (const std::u16string* name = TextOf(props, kPropItemName))
+          values.push_back(*name);
       }
       break;
     default:
       if (ListKindOf(type, &kind)) {
         AuxStore aux(catalogue.volume);
         if (aux.Open()) {
-          for (ValueItem& item : ValueList(aux, kind)) values.push_back(std::move(item.text));
+          for (ValueItem& item : ValueList(aux, kind))
+            values.push_back(std::move(item.text));
         }
       }
       break;
   }
   std::erase(values, std::u16string());
-  std::sort(values.begin(), values.end(), [&](const std::u16string& a, const std::u16string& b) {
-    const int folded = locale.CompareIgnoreCase(a, b);
-    return folded != 0 ? folded < 0 : locale.Compare(a, b) < 0;
-  });
+  std::sort(values.begin(), values.end(),
+            [&](const std::u16string& a, const std::u16string& b) {
+              const int folded = locale.CompareIgnoreCase(a, b);
+              return folded != 0 ? folded < 0 : locale.Compare(a, b) < 0;
+            });
   values.erase(std::unique(values.begin(), values.end(),
                            [&](const std::u16string& a, const std::u16string& b) {
                              return locale.Equal(a, b);
@@ -221,20 +248,23 @@ std::vector<std::u16string> FindChoices(Catalogue& catalogue, const Locale& loca
 bool ConfirmFindAndReplace(UserPrompt& prompt, int find_index,
                            const std::u16string& replacement) {
   if (find_index <= 0) {
-    prompt.ShowMessage(kAppTitle, LoadString(kIdsSelectFindText), MessageIcon::kExclamation);
+    prompt.ShowMessage(kAppTitle, LoadString(kIdsSelectFindText),
+                       MessageIcon::kExclamation);
     return false;
   }
   // An empty replacement is refused: a value can be renamed, never cleared.
   if (replacement.empty()) {
-    prompt.ShowMessage(kAppTitle, LoadString(kIdsEnterReplaceText), MessageIcon::kExclamation);
+    prompt.ShowMessage(kAppTitle, LoadString(kIdsEnterReplaceText),
+                       MessageIcon::kExclamation);
     return false;
   }
   return prompt.Ask(kAppTitle, LoadString(kIdsReplaceQuestion), MessageIcon::kQuestion,
                     QuestionButtons::kYesNo, Answer::kNo) == Answer::kYes;
 }
 
-ReplaceCounts FindAndReplace(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                             UserPrompt& prompt, ReplaceType type, const std::u16string& find,
+ReplaceCounts FindAndReplace(EntryStore& entries, Catalogue& catalogue,
+                             const Locale& locale, UserPrompt& prompt, ReplaceType type,
+                             const std::u16string& find,
                              const std::u16string& replacement) {
   ReplaceCounts counts;
   // The entries present now are the ones visited, however many there are later.
@@ -242,7 +272,8 @@ ReplaceCounts FindAndReplace(EntryStore& entries, Catalogue& catalogue, const Lo
   const std::u16string& status = LoadString(kIdsUpdatingRecords);
   prompt.BeginProgress(status, count + 1);
   WriteBatch batch(catalogue.volume);
-  counts.catalogue_renamed = RenameInCatalogue(catalogue, locale, type, find, replacement);
+  counts.catalogue_renamed =
+      RenameInCatalogue(catalogue, locale, type, find, replacement);
   prompt.StepProgress(1, status);
 
   std::vector<ObjectId> matching;
@@ -279,8 +310,10 @@ ReplaceCounts FindAndReplace(EntryStore& entries, Catalogue& catalogue, const Lo
   return counts;
 }
 
-BulkOutcome MarkAllPaid(EntryStore& entries, UserPrompt& prompt, FileTime start, FileTime end,
-                        const std::function<bool(const TimeEntry&)>& selects, int* marked) {
+BulkOutcome MarkAllPaid(EntryStore& entries, UserPrompt& prompt, FileTime start,
+                        FileTime end,
+                        const std::function<bool(const TimeEntry&)>& selects,
+                        int* marked) {
   if (marked != nullptr) *marked = 0;
   if (prompt.Ask(kAppTitle, LoadString(kIdsMarkPaidQuestion), MessageIcon::kQuestion,
                  QuestionButtons::kYesNo, Answer::kNo) != Answer::kYes) {
@@ -309,8 +342,9 @@ BulkOutcome MarkAllPaid(EntryStore& entries, UserPrompt& prompt, FileTime start,
   return ok ? BulkOutcome::kDone : BulkOutcome::kFailed;
 }
 
-BulkOutcome DeleteDataByCriteria(EntryStore& entries, const Locale& locale, UserPrompt& prompt,
-                                 const DeleteCriteria& criteria, int* deleted) {
+BulkOutcome DeleteDataByCriteria(EntryStore& entries, const Locale& locale,
+                                 UserPrompt& prompt, const DeleteCriteria& criteria,
+                                 int* deleted) {
   if (deleted != nullptr) *deleted = 0;
   if (prompt.Ask(kAppTitle, LoadString(kIdsDeleteDataQuestion), MessageIcon::kWarning,
                  QuestionButtons::kOkCancel, Answer::kCancel) != Answer::kOk) {
@@ -319,8 +353,9 @@ BulkOutcome DeleteDataByCriteria(EntryStore& entries, const Locale& locale, User
   std::vector<ObjectId> ids;
   if (criteria.by_clients) {
     auto named = [&](const TimeEntry& e) {
-      return std::any_of(criteria.clients.begin(), criteria.clients.end(),
-                         [&](const std::u16string& c) { return locale.Equal(e.client, c); });
+      return std::any_of(
+          criteria.clients.begin(), criteria.clients.end(),
+          [&](const std::u16string& c) { return locale.Equal(e.client, c); });
     };
     // Every entry, whatever its date.
     TimeEntry entry;

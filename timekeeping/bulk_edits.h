@@ -71,8 +71,9 @@ struct ReplaceCounts {
 // case-sensitively, becomes `replacement`. Progress "Updating Records.
 // Please Wait..." over the entries + 1. The five catalogue stores and
 // `entries` must be open.
-ReplaceCounts FindAndReplace(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                             UserPrompt& prompt, ReplaceType type, const std::u16string& find,
+ReplaceCounts FindAndReplace(EntryStore& entries, Catalogue& catalogue,
+                             const Locale& locale, UserPrompt& prompt, ReplaceType type,
+                             const std::u16string& find,
                              const std::u16string& replacement);
 
 enum class BulkOutcome { kDeclined, kDone, kFailed };
@@ -83,8 +84,10 @@ enum class BulkOutcome { kDeclined, kDone, kFailed };
 // `selects` (the current view's filter) keeps and that is not paid yet.
 // kFailed when a write failed (the others are still made). `marked` (may be
 // null) gets the number of entries changed.
-BulkOutcome MarkAllPaid(EntryStore& entries, UserPrompt& prompt, FileTime start, FileTime end,
-                        const std::function<bool(const TimeEntry&)>& selects, int* marked);
+BulkOutcome MarkAllPaid(EntryStore& entries, UserPrompt& prompt, FileTime start,
+                        FileTime end,
+                        const std::function<bool(const TimeEntry&)>& selects,
+                        int* marked);
 
 // The criteria of "delete data": a date range, or the clients named.
 struct DeleteCriteria {
@@ -100,8 +103,9 @@ struct DeleteCriteria {
 // the entries of the clients. The catalogue is not touched. kFailed when a
 // deletion failed (the others are still made). `deleted` (may be null) gets
 // the number deleted.
-BulkOutcome DeleteDataByCriteria(EntryStore& entries, const Locale& locale, UserPrompt& prompt,
-                                 const DeleteCriteria& criteria, int* deleted);
+BulkOutcome DeleteDataByCriteria(EntryStore& entries, const Locale& locale,
+                                 UserPrompt& prompt, const DeleteCriteria& criteria,
+                                 int* deleted);
 
 }  // namespace quillora
 

@@ -13,7 +13,8 @@ namespace {
 
 FileTime Day(int day, int hour = 0, int minute = 0, int second = 0) {
   FileTime t = 0;
-  EXPECT_TRUE(SystemTimeToFileTime(MakeSystemTime(2024, 3, day, hour, minute, second), &t));
+  EXPECT_TRUE(
+      SystemTimeToFileTime(MakeSystemTime(2024, 3, day, hour, minute, second), &t));
   return t;
 }
 
@@ -100,8 +101,9 @@ TEST_F(BulkEditsTest, EachTypeRenamesItsCatalogueAndItsEntryField) {
   {
     AuxStore aux(volume_.store());
     ASSERT_TRUE(aux.Open());
-    for (auto kind : {ValueListKind::kPhase, ValueListKind::kCurrency, ValueListKind::kCustom1,
-                      ValueListKind::kCustom2, ValueListKind::kCustom3}) {
+    for (auto kind :
+         {ValueListKind::kPhase, ValueListKind::kCurrency, ValueListKind::kCustom1,
+          ValueListKind::kCustom2, ValueListKind::kCustom3}) {
       ASSERT_TRUE(AddValue(aux, *locale_, kind, u"Old"));
     }
   }
@@ -113,14 +115,10 @@ TEST_F(BulkEditsTest, EachTypeRenamesItsCatalogueAndItsEntryField) {
   // Projects: every record named Old (two projects and one project's task
   // record each); project-tasks: every task named Old; contacts: the first.
   const Case cases[] = {
-      {ReplaceType::kProject, 4, "New Web "},
-      {ReplaceType::kProjectTask, 4, "New "},
-      {ReplaceType::kTask, 2, "New "},
-      {ReplaceType::kBillTo, 1, "New Old "},
-      {ReplaceType::kPhase, 1, "New "},
-      {ReplaceType::kCurrency, 1, "New "},
-      {ReplaceType::kCustom1, 1, "New "},
-      {ReplaceType::kCustom2, 1, "New "},
+      {ReplaceType::kProject, 4, "New Web "}, {ReplaceType::kProjectTask, 4, "New "},
+      {ReplaceType::kTask, 2, "New "},        {ReplaceType::kBillTo, 1, "New Old "},
+      {ReplaceType::kPhase, 1, "New "},       {ReplaceType::kCurrency, 1, "New "},
+      {ReplaceType::kCustom1, 1, "New "},     {ReplaceType::kCustom2, 1, "New "},
       {ReplaceType::kCustom3, 1, "New "},
   };
   for (const Case& c : cases) {
@@ -177,7 +175,8 @@ TEST_F(BulkEditsTest, OkChecksTheFindChoiceThenTheReplacementThenAsks) {
     std::u16string shown;
   };
   const std::u16string question =
-      u"Are you sure to replace the text? Depending of the number of time entries, this may "
+      u"Are you sure to replace the text? Depending of the number of time entries, this "
+      u"may "
       u"take several minutes.";
   const Case cases[] = {
       {0, u"X", std::nullopt, false, u"Please select a string to search for."},
@@ -210,15 +209,18 @@ TEST_F(BulkEditsTest, MarkAllPaidTakesTheViewsRangeAndFilter) {
   int marked = -1;
 
   prompt_.answers.push_back(Answer::kNo);
-  EXPECT_EQ(MarkAllPaid(entries_, prompt_, Day(1), Day(3, 23, 59, 59), acme_only, &marked),
-            BulkOutcome::kDeclined);
+  EXPECT_EQ(
+      MarkAllPaid(entries_, prompt_, Day(1), Day(3, 23, 59, 59), acme_only, &marked),
+      BulkOutcome::kDeclined);
   EXPECT_EQ(Fields(ReplaceType::kClient), "Acme Acme Beta Acme$ Acme ");
-  EXPECT_EQ(prompt_.shown[0].text,
-            u"Do you want to mark all entries paid using the filter from the current view?");
+  EXPECT_EQ(
+      prompt_.shown[0].text,
+      u"Do you want to mark all entries paid using the filter from the current view?");
 
   prompt_.answers.push_back(Answer::kYes);
-  EXPECT_EQ(MarkAllPaid(entries_, prompt_, Day(1), Day(3, 23, 59, 59), acme_only, &marked),
-            BulkOutcome::kDone);
+  EXPECT_EQ(
+      MarkAllPaid(entries_, prompt_, Day(1), Day(3, 23, 59, 59), acme_only, &marked),
+      BulkOutcome::kDone);
   EXPECT_EQ(marked, 1);
   EXPECT_EQ(Fields(ReplaceType::kClient), "Acme Acme$ Beta Acme$ Acme ");
 }
@@ -238,9 +240,10 @@ TEST_F(BulkEditsTest, DeleteDataTakesTheWholeRangeOrTheNamedClients) {
   EXPECT_EQ(DeleteDataByCriteria(entries_, *locale_, prompt_, range, &deleted),
             BulkOutcome::kDeclined)
       << "no answer is Cancel";
-  EXPECT_EQ(prompt_.shown[0].text,
-            u"All data within the selected criteria will be permanently deleted.  Tap OK to "
-            u"delete or Cancel to cancel the operation.");
+  EXPECT_EQ(
+      prompt_.shown[0].text,
+      u"All data within the selected criteria will be permanently deleted.  Tap OK to "
+      u"delete or Cancel to cancel the operation.");
   EXPECT_EQ(prompt_.shown[0].buttons, QuestionButtons::kOkCancel);
 
   prompt_.answers.push_back(Answer::kOk);

@@ -41,7 +41,8 @@ class BackupCliTest : public ::testing::Test {
   }
 
   // Adds clients and entries to a data folder through the library.
-  void SeedData(const std::vector<Seed>& entries, const std::vector<std::u16string>& clients,
+  void SeedData(const std::vector<Seed>& entries,
+                const std::vector<std::u16string>& clients,
                 const std::string& data = "data") {
     DataContext context;
     std::string error;
@@ -78,7 +79,8 @@ class BackupCliTest : public ::testing::Test {
     while (ReadEntry(store, &e) == 0) {
       SystemTime st;
       FileTimeToSystemTime(e.start, &st);
-      out += FormatIsoDateTime(st) + " " + ToUtf8(e.client) + (e.paid ? " paid" : "") + "\n";
+      out +=
+          FormatIsoDateTime(st) + " " + ToUtf8(e.client) + (e.paid ? " paid" : "") + "\n";
       store.Seek(SeekType::kCurrent, 1);
     }
     return out;
@@ -129,29 +131,39 @@ TEST_F(BackupCliTest, AnExistingFileIsReplacedOnlyAfterTheQuestion) {
 TEST_F(BackupCliTest, DamagedAndForeignFilesAreRefusedWithTheirMessages) {
   testing::WriteFileBytes(File("junk.qrd"), "not a backup");
   ASSERT_TRUE(testing::WriteCompoundFile(
-      File("v219.qrd"), {{"DataVersion", std::string("\xdb\x00\x00\x00\x01\x00\x00\x00", 8)}}));
+      File("v219.qrd"),
+      {{"DataVersion", std::string("\xdb\x00\x00\x00\x01\x00\x00\x00", 8)}}));
   const struct {
     Args args;
     int status;
     std::string err;
     std::string out;
   } cases[] = {
-      {{"restore", File("junk.qrd")}, 1,
-       "Quillora: Restore has failed. Please select a different backup and try again.\n", ""},
-      {{"restore", File("missing.qrd")}, 1,
-       "Quillora: Restore has failed. Please select a different backup and try again.\n", ""},
-      {{"restore", File("v219.qrd")}, 1,
+      {{"restore", File("junk.qrd")},
+       1,
+       "Quillora: Restore has failed. Please select a different backup and try again.\n",
+       ""},
+      {{"restore", File("missing.qrd")},
+       1,
+       "Quillora: Restore has failed. Please select a different backup and try again.\n",
+       ""},
+      {{"restore", File("v219.qrd")},
+       1,
        "Quillora: This backup file is not supported and cannot be used to restore data. "
        "Please select a different backup file.\n",
        ""},
-      {{"archive-restore", File("junk.qrd")}, 1,
-       "Quillora: Archive file cannot be loaded. The file may be created by Quillora prior "
+      {{"archive-restore", File("junk.qrd")},
+       1,
+       "Quillora: Archive file cannot be loaded. The file may be created by Quillora "
+       "prior "
        "to version 2.3.\n",
        ""},
       // Another data version is refused without a message.
       {{"archive-restore", File("v219.qrd")}, 1, "", ""},
-      {{"backup", File("no/such/folder/x.qrd")}, 1,
-       "Quillora: Backup has failed. Please make sure you have enough space on the storage "
+      {{"backup", File("no/such/folder/x.qrd")},
+       1,
+       "Quillora: Backup has failed. Please make sure you have enough space on the "
+       "storage "
        "device.\n",
        ""},
   };
@@ -173,27 +185,33 @@ TEST_F(BackupCliTest, ADataArchiveMovesTheRangeOutAndBackIn) {
   const RunResult restored = Run({"archive-restore", File("march.qra")});
   EXPECT_EQ(restored.status, 0) << restored.err;
   EXPECT_EQ(restored.out, "Quillora: Archive file has been restored.\n");
-  EXPECT_EQ(Entries(), "2024-03-01T00:00:00 Acme\n2024-03-15T09:00:01 Beta\n"
-                       "2024-03-31T23:59:59 Acme\n2024-04-01T00:00:00 Acme\n");
+  EXPECT_EQ(Entries(),
+            "2024-03-01T00:00:00 Acme\n2024-03-15T09:00:01 Beta\n"
+            "2024-03-31T23:59:59 Acme\n2024-04-01T00:00:00 Acme\n");
 }
 
 TEST_F(BackupCliTest, ADataArchiveWithoutAPeriodTakesTheViewsPeriodAtToday) {
   // Today is Saturday 2026-11-21; the default view is the week from Sunday
   // 2026-11-15.
-  SeedData({{"2026-11-15T08:00:01", "In"}, {"2026-11-21T23:59:59", "In"},
-            {"2026-11-22T00:00:01", "Out"}, {"2026-11-14T12:00:00", "Out"}},
+  SeedData({{"2026-11-15T08:00:01", "In"},
+            {"2026-11-21T23:59:59", "In"},
+            {"2026-11-22T00:00:01", "Out"},
+            {"2026-11-14T12:00:00", "Out"}},
            {});
   Quiet({"archive", "--data", File("week.qra")});
   Quiet({"archive", "--data", "--day", "2026-11-14", File("day.qra")});
-  Quiet({"archive", "--data", "--custom", "2026-11-14", "2026-11-22", File("custom.qra")});
+  Quiet(
+      {"archive", "--data", "--custom", "2026-11-14", "2026-11-22", File("custom.qra")});
   auto archived = [&](const std::string& name) {
     return testing::Paths(testing::ReadCompoundFile(File(name)));
   };
-  EXPECT_EQ(archived("week.qra"), "Records/\nRecords/Record0\nRecords/Record1\nDataVersion\n");
+  EXPECT_EQ(archived("week.qra"),
+            "Records/\nRecords/Record0\nRecords/Record1\nDataVersion\n");
   EXPECT_EQ(archived("day.qra"), "Records/\nRecords/Record0\nDataVersion\n");
-  EXPECT_EQ(archived("custom.qra"),
-            "Records/\nRecords/Record0\nRecords/Record1\nRecords/Record2\nRecords/Record3\n"
-            "DataVersion\n");
+  EXPECT_EQ(
+      archived("custom.qra"),
+      "Records/\nRecords/Record0\nRecords/Record1\nRecords/Record2\nRecords/Record3\n"
+      "DataVersion\n");
 }
 
 TEST_F(BackupCliTest, AClientArchiveTakesTheNamedClientsAndIsNeverRestored) {
@@ -216,15 +234,16 @@ TEST_F(BackupCliTest, AClientArchiveTakesTheNamedClientsAndIsNeverRestored) {
 }
 
 TEST_F(BackupCliTest, WrongUsageIsRefusedBeforeAnythingIsWritten) {
-  for (const Args& bad : {Args{"backup"}, Args{"backup", "a", "b"}, Args{"restore"},
-                          Args{"archive", File("x.qra")},
-                          Args{"archive", "--data", "--clients", "A", File("x.qra")},
-                          Args{"archive", "--clients", "A", "--day", File("x.qra")},
-                          Args{"archive", "--clients", "A,,B", File("x.qra")},
-                          Args{"archive", "--data", "--day", "2024-02-30", File("x.qra")},
-                          Args{"archive", "--data", "--week", "--month", File("x.qra")},
-                          Args{"archive", "--data", "--from", "2024-01-01", File("x.qra")},
-                          Args{"archive-restore", "--delete", File("x.qra")}}) {
+  for (const Args& bad :
+       {Args{"backup"}, Args{"backup", "a", "b"}, Args{"restore"},
+        Args{"archive", File("x.qra")},
+        Args{"archive", "--data", "--clients", "A", File("x.qra")},
+        Args{"archive", "--clients", "A", "--day", File("x.qra")},
+        Args{"archive", "--clients", "A,,B", File("x.qra")},
+        Args{"archive", "--data", "--day", "2024-02-30", File("x.qra")},
+        Args{"archive", "--data", "--week", "--month", File("x.qra")},
+        Args{"archive", "--data", "--from", "2024-01-01", File("x.qra")},
+        Args{"archive-restore", "--delete", File("x.qra")}}) {
     const RunResult r = Run(bad);
     EXPECT_EQ(r.status, 2) << bad.back() << " " << bad.size() << ": " << r.err;
   }

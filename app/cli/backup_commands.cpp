@@ -39,8 +39,8 @@ int BackupRun(CliContext& context, Arguments& args) {
   std::unique_ptr<EntryStore> entries;
   if (const int status = OpenStores(context, &entries)) return status;
   context.prompt->SetFile(file);
-  return BackupCommand(*entries, *context.data.catalogue, context.locale(), *context.prompt,
-                       FileSystem::Posix()) == BackupOutcome::kDone
+  return BackupCommand(*entries, *context.data.catalogue, context.locale(),
+                       *context.prompt, FileSystem::Posix()) == BackupOutcome::kDone
              ? kExitDone
              : kExitFailed;
 }
@@ -51,8 +51,8 @@ int RestoreRun(CliContext& context, Arguments& args) {
   std::unique_ptr<EntryStore> entries;
   if (const int status = OpenStores(context, &entries)) return status;
   context.prompt->SetFile(file);
-  return RestoreCommand(*entries, *context.data.catalogue, context.locale(), *context.prompt,
-                        FileSystem::Posix()) == kRestoreOk
+  return RestoreCommand(*entries, *context.data.catalogue, context.locale(),
+                        *context.prompt, FileSystem::Posix()) == kRestoreOk
              ? kExitDone
              : kExitFailed;
 }
@@ -71,7 +71,8 @@ int ArchiveRun(CliContext& context, Arguments& args) {
     request.type = kArchiveData;
     BackupPeriodChoice period;
     std::string error;
-    if (!TakeBackupPeriod(args, context.data.settings, *context.clock, true, &period, &error)) {
+    if (!TakeBackupPeriod(args, context.data.settings, *context.clock, true, &period,
+                          &error)) {
       return UsageError(error);
     }
     if (!RangeToFileTimes(period.range, &request.start, &request.end)) {
@@ -97,8 +98,9 @@ int ArchiveRun(CliContext& context, Arguments& args) {
     }
   }
   context.prompt->SetFile(file);
-  return ArchiveCommand(*entries, *context.data.catalogue, context.locale(), *context.prompt,
-                        FileSystem::Posix(), request) == BackupOutcome::kDone
+  return ArchiveCommand(*entries, *context.data.catalogue, context.locale(),
+                        *context.prompt, FileSystem::Posix(),
+                        request) == BackupOutcome::kDone
              ? kExitDone
              : kExitFailed;
 }

@@ -33,7 +33,8 @@ PeriodRange WholeDays(const SystemTime& from, const SystemTime& to) {
 }
 
 bool TakeBackupPeriod(Arguments& args, const Settings& settings, const Clock& clock,
-                      bool allow_from_to, BackupPeriodChoice* choice, std::string* error) {
+                      bool allow_from_to, BackupPeriodChoice* choice,
+                      std::string* error) {
   const SystemTime today = DateOnly(clock.LocalNow());
   std::unique_ptr<Period> period;
   int given = 0;
@@ -125,8 +126,8 @@ bool SplitClientNames(const std::string& text, std::vector<std::u16string>* name
   std::size_t begin = 0;
   for (;;) {
     const std::size_t comma = text.find(',', begin);
-    const std::string name =
-        text.substr(begin, comma == std::string::npos ? std::string::npos : comma - begin);
+    const std::string name = text.substr(
+        begin, comma == std::string::npos ? std::string::npos : comma - begin);
     if (name.empty()) return false;
     names->push_back(FromUtf8(name));
     if (comma == std::string::npos) return true;

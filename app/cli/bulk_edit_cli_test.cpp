@@ -30,8 +30,10 @@ class BulkEditCliTest : public ::testing::Test {
     EntryStore store(*context.volume);
     ASSERT_TRUE(store.Open());
     const std::pair<const char*, const char16_t*> entries[] = {
-        {"2024-02-29T12:00:01", u"Acme"}, {"2024-03-01T00:00:00", u"Acme"},
-        {"2024-03-10T09:00:01", u"Beta"}, {"2024-03-20T10:00:01", u"ACME"},
+        {"2024-02-29T12:00:01", u"Acme"},
+        {"2024-03-01T00:00:00", u"Acme"},
+        {"2024-03-10T09:00:01", u"Beta"},
+        {"2024-03-20T10:00:01", u"ACME"},
         {"2024-04-01T00:00:00", u"Acme"}};
     for (const auto& [start, client] : entries) {
       TimeEntry e;
@@ -79,9 +81,11 @@ class BulkEditCliTest : public ::testing::Test {
 
 TEST_F(BulkEditCliTest, ReplaceRenamesTheClientAndItsEntriesAfterTheQuestion) {
   const std::string question =
-      "Quillora: Are you sure to replace the text? Depending of the number of time entries, "
+      "Quillora: Are you sure to replace the text? Depending of the number of time "
+      "entries, "
       "this may take several minutes. [y/n] ";
-  Refused({"replace", "--type", "Client", "--find", "Acme", "--with", "Apex"}, question + "n\n");
+  Refused({"replace", "--type", "Client", "--find", "Acme", "--with", "Apex"},
+          question + "n\n");
   EXPECT_EQ(Entries(), "Acme Acme Beta ACME Acme ");
   Refused({"replace", "--type", "client", "--find", "Nobody", "--with", "Apex"},
           "Quillora: Please select a string to search for.\n");
@@ -93,12 +97,12 @@ TEST_F(BulkEditCliTest, ReplaceRenamesTheClientAndItsEntriesAfterTheQuestion) {
   EXPECT_EQ(Entries(), "Apex Apex Beta ACME Apex ");
   EXPECT_EQ(Run({"client", "list"}).out, "Apex\t1\nBeta\t2\n");
 
-  for (const Args& bad : {Args{"replace", "--type", "Client", "--find", "A"},
-                          Args{"replace", "--type", "Nothing", "--find", "A", "--with", "B"},
-                          Args{"replace", "--type", "Client", "--find", "A", "--with",
-                               std::string(128, 'x')},
-                          Args{"replace", "extra", "--type", "Client", "--find", "A", "--with",
-                               "B"}}) {
+  for (const Args& bad :
+       {Args{"replace", "--type", "Client", "--find", "A"},
+        Args{"replace", "--type", "Nothing", "--find", "A", "--with", "B"},
+        Args{"replace", "--type", "Client", "--find", "A", "--with",
+             std::string(128, 'x')},
+        Args{"replace", "extra", "--type", "Client", "--find", "A", "--with", "B"}}) {
     EXPECT_EQ(Run(bad).status, 2) << bad.back();
   }
 }
@@ -119,7 +123,8 @@ TEST_F(BulkEditCliTest, MarkPaidTakesThePeriodAndTheSavedFilter) {
 
 TEST_F(BulkEditCliTest, DeleteDataRemovesWholeDaysOrTheClientsEntries) {
   const std::string question =
-      "Quillora: All data within the selected criteria will be permanently deleted.  Tap OK "
+      "Quillora: All data within the selected criteria will be permanently deleted.  Tap "
+      "OK "
       "to delete or Cancel to cancel the operation. [ok/cancel] ";
   Refused({"delete-data", "--from", "2024-03-01", "--to", "2024-03-10"},
           question + "cancel\n");
@@ -131,10 +136,11 @@ TEST_F(BulkEditCliTest, DeleteDataRemovesWholeDaysOrTheClientsEntries) {
   Done({"--yes", "delete-data", "--clients", "Acme"}, question + "ok\n");
   EXPECT_EQ(Entries(), "ACME ");
   EXPECT_EQ(Run({"client", "list"}).out, "Acme\t1\nBeta\t2\n") << "clients stay";
-  for (const Args& bad : {Args{"delete-data"}, Args{"delete-data", "--from", "2024-03-01"},
-                          Args{"delete-data", "--clients", "A", "--from", "2024-01-01", "--to",
-                               "2024-01-02"},
-                          Args{"delete-data", "--from", "2024-3-1", "--to", "2024-03-02"}}) {
+  for (const Args& bad :
+       {Args{"delete-data"}, Args{"delete-data", "--from", "2024-03-01"},
+        Args{"delete-data", "--clients", "A", "--from", "2024-01-01", "--to",
+             "2024-01-02"},
+        Args{"delete-data", "--from", "2024-3-1", "--to", "2024-03-02"}}) {
     EXPECT_EQ(Run(bad).status, 2) << bad.size();
   }
 }

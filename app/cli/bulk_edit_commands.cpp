@@ -55,9 +55,11 @@ int ReplaceRun(CliContext& context, Arguments& args) {
   const auto find = args.Value("--find");
   const auto with = args.Value("--with");
   if (const int status = NoPositionals(args)) return status;
-  if (!type_text || !find || !with) return UsageError("replace needs --type, --find and --with");
+  if (!type_text || !find || !with)
+    return UsageError("replace needs --type, --find and --with");
   ReplaceType type;
-  if (!ParseReplaceType(*type_text, &type)) return UsageError("unknown type " + *type_text);
+  if (!ParseReplaceType(*type_text, &type))
+    return UsageError("unknown type " + *type_text);
   const std::u16string find_text = FromUtf8(*find);
   const std::u16string replacement = FromUtf8(*with);
   if (replacement.size() > kReplaceTextLimit) {
@@ -76,8 +78,8 @@ int ReplaceRun(CliContext& context, Arguments& args) {
   }
   if (!ConfirmFindAndReplace(*context.prompt, index, replacement)) return kExitFailed;
   const ReplaceCounts counts =
-      FindAndReplace(*entries, *context.data.catalogue, context.locale(), *context.prompt, type,
-                     find_text, replacement);
+      FindAndReplace(*entries, *context.data.catalogue, context.locale(), *context.prompt,
+                     type, find_text, replacement);
   if (counts.entries_failed > 0) {
     return context.Fail(WidenAscii(std::to_string(counts.entries_failed)) +
                         u" time entries could not be changed.");
@@ -89,7 +91,8 @@ int MarkPaidRun(CliContext& context, Arguments& args) {
   if (!context.OpenData()) return kExitFailed;
   BackupPeriodChoice period;
   std::string error;
-  if (!TakeBackupPeriod(args, context.data.settings, *context.clock, false, &period, &error)) {
+  if (!TakeBackupPeriod(args, context.data.settings, *context.clock, false, &period,
+                        &error)) {
     return UsageError(error);
   }
   if (const int status = NoPositionals(args)) return status;
@@ -127,11 +130,14 @@ int DeleteDataRun(CliContext& context, Arguments& args) {
     }
     criteria.by_clients = true;
   } else {
-    if (!from || !to) return UsageError("delete-data needs --from and --to, or --clients");
+    if (!from || !to)
+      return UsageError("delete-data needs --from and --to, or --clients");
     const auto from_date = ParseBackupDate(*from);
     const auto to_date = ParseBackupDate(*to);
-    if (!from_date || !to_date) return UsageError("--from and --to take dates YYYY-MM-DD");
-    if (!RangeToFileTimes(WholeDays(*from_date, *to_date), &criteria.start, &criteria.end)) {
+    if (!from_date || !to_date)
+      return UsageError("--from and --to take dates YYYY-MM-DD");
+    if (!RangeToFileTimes(WholeDays(*from_date, *to_date), &criteria.start,
+                          &criteria.end)) {
       return UsageError("the dates are outside the calendar");
     }
   }
@@ -142,8 +148,8 @@ int DeleteDataRun(CliContext& context, Arguments& args) {
       return context.Fail(u"There is no client named \"" + name + u"\".");
     }
   }
-  const BulkOutcome outcome =
-      DeleteDataByCriteria(*entries, context.locale(), *context.prompt, criteria, nullptr);
+  const BulkOutcome outcome = DeleteDataByCriteria(*entries, context.locale(),
+                                                   *context.prompt, criteria, nullptr);
   if (outcome == BulkOutcome::kFailed) {
     return context.Fail(u"Some time entries could not be deleted.");
   }
@@ -155,14 +161,17 @@ int DeleteDataRun(CliContext& context, Arguments& args) {
 const Command kReplaceCommand = {
     "replace", "replace --type TYPE --find TEXT --with TEXT",
     "rename a catalogue value and every entry that carries it (asks first)",
-    "TYPE: Client, Project, Phase, Task, Currency, \"Bill To\", \"Custom 1\", \"Custom 2\",\n"
-    "\"Custom 3\" or Project-Task. TEXT to find must be one of the catalogue's values of\n"
+    "TYPE: Client, Project, Phase, Task, Currency, \"Bill To\", \"Custom 1\", \"Custom "
+    "2\",\n"
+    "\"Custom 3\" or Project-Task. TEXT to find must be one of the catalogue's values "
+    "of\n"
     "that type; it is compared whole, letter case counting.",
     ReplaceRun};
 const Command kMarkPaidCommand = {
     "mark-paid", "mark-paid [PERIOD]",
     "mark paid the entries of a period that pass the filter (asks first)",
-    "PERIOD: --day|--week|--month [DATE] or --custom FROM TO (default: the period of the\n"
+    "PERIOD: --day|--week|--month [DATE] or --custom FROM TO (default: the period of "
+    "the\n"
     "View setting at today). The saved entry filter applies.",
     MarkPaidRun};
 const Command kDeleteDataCommand = {
