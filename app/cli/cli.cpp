@@ -39,6 +39,13 @@ const Command* const kCommands[] = {
     &kExportCommand,
     &kReportCommand,
     &kReportDefCommand,
+    &kBackupCommand,
+    &kRestoreCommand,
+    &kArchiveCommand,
+    &kArchiveRestoreCommand,
+    &kReplaceCommand,
+    &kMarkPaidCommand,
+    &kDeleteDataCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

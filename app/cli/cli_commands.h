@@ -25,6 +25,13 @@ extern const Command kValueCommand;
 extern const Command kExportCommand;
 extern const Command kReportCommand;
 extern const Command kReportDefCommand;
+extern const Command kBackupCommand;
+extern const Command kRestoreCommand;
+extern const Command kArchiveCommand;
+extern const Command kArchiveRestoreCommand;
+extern const Command kReplaceCommand;
+extern const Command kMarkPaidCommand;
+extern const Command kDeleteDataCommand;
 
 }  // namespace quillora
 

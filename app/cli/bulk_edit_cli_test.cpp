@@ -1,0 +1,149 @@
+// replace, mark-paid and delete-data end to end.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/text.h"
+#include "store/client_store.h"
+#include "store/data_context.h"
+#include "store/time_entry.h"
+#include "tests/run_quillora.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+using testing::RunQuillora;
+using testing::RunResult;
+using Args = std::vector<std::string>;
+
+class BulkEditCliTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    DataContext context;
+    std::string error;
+    ASSERT_TRUE(OpenDataContext(Data(), &context, &error)) << error;
+    ASSERT_TRUE(OpenCatalogue(&context));
+    AddClient(context.catalogue->clients, u"Acme");
+    AddClient(context.catalogue->clients, u"Beta");
+    EntryStore store(*context.volume);
+    ASSERT_TRUE(store.Open());
+    const std::pair<const char*, const char16_t*> entries[] = {
+        {"2024-02-29T12:00:01", u"Acme"},
+        {"2024-03-01T00:00:00", u"Acme"},
+        {"2024-03-10T09:00:01", u"Beta"},
+        {"2024-03-20T10:00:01", u"ACME"},
+        {"2024-04-01T00:00:00", u"Acme"}};
+    for (const auto& [start, client] : entries) {
+      TimeEntry e;
+      SystemTimeToFileTime(*ParseIsoDateTime(start), &e.start);
+      e.client = client;
+      e.task = u"Work";
+      ASSERT_TRUE(AddEntry(store, e));
+    }
+  }
+
+  std::string Data() const { return dir_.File("data"); }
+  RunResult Run(const Args& args) { return RunQuillora(Data(), args); }
+  void Refused(const Args& args, const std::string& err) {
+    const RunResult r = Run(args);
+    EXPECT_EQ(r.status, 1) << args[0];
+    EXPECT_EQ(r.err, err) << args[0];
+    EXPECT_EQ(r.out, "") << args[0];
+  }
+  void Done(const Args& args, const std::string& err = "") {
+    const RunResult r = Run(args);
+    EXPECT_EQ(r.status, 0) << args[1] << ": " << r.err;
+    EXPECT_EQ(r.err, err) << args[1];
+    EXPECT_EQ(r.out, "") << args[1];
+  }
+
+  // "client[$]" of every entry in store order ($: paid).
+  std::string Entries() {
+    DataContext context;
+    std::string error;
+    EXPECT_TRUE(OpenDataContext(Data(), &context, &error)) << error;
+    EntryStore store(*context.volume);
+    EXPECT_TRUE(store.Open());
+    std::string out;
+    TimeEntry e;
+    store.Seek(SeekType::kBeginning, 0);
+    while (ReadEntry(store, &e) == 0) {
+      out += ToUtf8(e.client) + (e.paid ? "$" : "") + " ";
+      store.Seek(SeekType::kCurrent, 1);
+    }
+    return out;
+  }
+
+  testing::TempDir dir_;
+};
+
+TEST_F(BulkEditCliTest, ReplaceRenamesTheClientAndItsEntriesAfterTheQuestion) {
+  const std::string question =
+      "Quillora: Are you sure to replace the text? Depending of the number of time "
+      "entries, "
+      "this may take several minutes. [y/n] ";
+  Refused({"replace", "--type", "Client", "--find", "Acme", "--with", "Apex"},
+          question + "n\n");
+  EXPECT_EQ(Entries(), "Acme Acme Beta ACME Acme ");
+  Refused({"replace", "--type", "client", "--find", "Nobody", "--with", "Apex"},
+          "Quillora: Please select a string to search for.\n");
+  Refused({"replace", "--type", "0", "--find", "Acme", "--with", ""},
+          "Quillora: Please enter a string to replace with.\n");
+
+  Done({"--yes", "replace", "--type", "Client", "--find", "Acme", "--with", "Apex"},
+       question + "y\n");
+  EXPECT_EQ(Entries(), "Apex Apex Beta ACME Apex ");
+  EXPECT_EQ(Run({"client", "list"}).out, "Apex\t1\nBeta\t2\n");
+
+  for (const Args& bad :
+       {Args{"replace", "--type", "Client", "--find", "A"},
+        Args{"replace", "--type", "Nothing", "--find", "A", "--with", "B"},
+        Args{"replace", "--type", "Client", "--find", "A", "--with",
+             std::string(128, 'x')},
+        Args{"replace", "extra", "--type", "Client", "--find", "A", "--with", "B"}}) {
+    EXPECT_EQ(Run(bad).status, 2) << bad.back();
+  }
+}
+
+TEST_F(BulkEditCliTest, MarkPaidTakesThePeriodAndTheSavedFilter) {
+  const std::string question =
+      "Quillora: Do you want to mark all entries paid using the filter from the current "
+      "view? [y/n] ";
+  Refused({"mark-paid", "--month", "2024-03-05"}, question + "n\n");
+  ASSERT_EQ(Run({"filter", "set", "--client", "Acme"}).status, 0);
+  Done({"--yes", "mark-paid", "--month", "2024-03-05"}, question + "y\n");
+  EXPECT_EQ(Entries(), "Acme Acme$ Beta ACME Acme ");
+  ASSERT_EQ(Run({"filter", "reset"}).status, 0);
+  Done({"--yes", "mark-paid", "--custom", "2024-03-02", "2024-04-01"}, question + "y\n");
+  EXPECT_EQ(Entries(), "Acme Acme$ Beta$ ACME$ Acme$ ");
+  EXPECT_EQ(Run({"mark-paid", "--from", "2024-03-01", "--to", "2024-03-02"}).status, 2);
+}
+
+TEST_F(BulkEditCliTest, DeleteDataRemovesWholeDaysOrTheClientsEntries) {
+  const std::string question =
+      "Quillora: All data within the selected criteria will be permanently deleted.  Tap "
+      "OK "
+      "to delete or Cancel to cancel the operation. [ok/cancel] ";
+  Refused({"delete-data", "--from", "2024-03-01", "--to", "2024-03-10"},
+          question + "cancel\n");
+  Done({"--yes", "delete-data", "--from", "2024-03-01", "--to", "2024-03-10"},
+       question + "ok\n");
+  EXPECT_EQ(Entries(), "Acme ACME Acme ");
+  Refused({"--yes", "delete-data", "--clients", "Acme,Nobody"},
+          "Quillora: There is no client named \"Nobody\".\n");
+  Done({"--yes", "delete-data", "--clients", "Acme"}, question + "ok\n");
+  EXPECT_EQ(Entries(), "ACME ");
+  EXPECT_EQ(Run({"client", "list"}).out, "Acme\t1\nBeta\t2\n") << "clients stay";
+  for (const Args& bad :
+       {Args{"delete-data"}, Args{"delete-data", "--from", "2024-03-01"},
+        Args{"delete-data", "--clients", "A", "--from", "2024-01-01", "--to",
+             "2024-01-02"},
+        Args{"delete-data", "--from", "2024-3-1", "--to", "2024-03-02"}}) {
+    EXPECT_EQ(Run(bad).status, 2) << bad.size();
+  }
+}
+
+}  // namespace
+}  // namespace quillora
