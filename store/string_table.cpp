@@ -45,6 +45,11 @@ const std::u16string& LoadString(int id) {
       {kIdsDuplicateRate,
        u"This type of rate with this description already exists for this client. "
        u"Please either choose a different type or alter the description."},
+      {kIdsImportFailed,
+       u"Unable to import data. Please close some applications and try again."},
+      {kIdsListExportFailed, u"Unable to export the list."},
+      {kIdsResetTimerQuestion, u"Are you sure to reset the timer?"},
+      {kIdsContactsNotFound, u"Unable to open the contacts."},
       {kIdsCustom1Label, u"Custom 1"},
       {kIdsCustom2Label, u"Custom 2"},
       {kIdsCustom3Label, u"Custom 3"},

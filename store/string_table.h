@@ -45,6 +45,11 @@ enum StringId : int {
   kIdsEnterRateDescription = 1403,  // "Please enter a description."
   kIdsInvalidRate = 1404,           // "This is not a valid rate. ..."
   kIdsDuplicateRate = 1405,         // "This type of rate with this description ..."
+  // List files, contacts import and the entry timers.
+  kIdsImportFailed = 2500,          // "Unable to import data. Please close some ..."
+  kIdsListExportFailed = 2501,      // "Unable to export the list."
+  kIdsResetTimerQuestion = 2502,    // "Are you sure to reset the timer?"
+  kIdsContactsNotFound = 2503,      // "Unable to open the contacts."
   kIdsCustom1Label = 5012,     // "Custom 1"
   kIdsCustom2Label = 5013,
   kIdsCustom3Label = 5014,
