@@ -148,17 +148,20 @@ bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& file
   return true;
 }
 
-bool RunListImport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                   UserPrompt& prompt, const CatalogueList& list) {
+ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
+                              UserPrompt& prompt, const CatalogueList& list, int* added) {
+  if (added != nullptr) *added = 0;
   FileChooser chooser;
   chooser.filter = kListImportFilter;
   chooser.default_extension = kListFileExtension;
   chooser.flags = kFileMustExist | kFileHideReadOnly;
   const std::optional<std::string> path = prompt.ChooseFileToOpen(chooser);
-  if (!path) return true;
-  if (ImportListFile(catalogue, locale, files, *path, list)) return true;
+  if (!path) return ListFileOutcome::kCancelled;
+  if (ImportListFile(catalogue, locale, files, *path, list, added)) {
+    return ListFileOutcome::kDone;
+  }
   prompt.ShowMessage(kAppTitle, LoadString(kIdsImportFailed), MessageIcon::kError);
-  return false;
+  return ListFileOutcome::kFailed;
 }
 
 std::optional<CatalogueList> ImportListFor(ListKind kind, const CatalogueTreeItem& selected) {
@@ -258,18 +261,21 @@ bool WriteListFile(FileSystem& files, int code_page, const std::string& path,
   return writer.Close() && ok;
 }
 
-bool RunListExport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                   UserPrompt& prompt, const CatalogueList& list, ListFileFormat format) {
+ListFileOutcome RunListExport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
+                              UserPrompt& prompt, const CatalogueList& list,
+                              ListFileFormat format) {
   FileChooser chooser;
   chooser.filter = kListExportFilter;
   chooser.default_extension = kListFileExtension;
   chooser.flags = kFileOverwritePrompt | kFileHideReadOnly;
   const std::optional<std::string> path = prompt.ChooseFileToSave(chooser);
-  if (!path) return true;
+  if (!path) return ListFileOutcome::kCancelled;
   const std::vector<std::u16string> names = ListNames(catalogue, locale, list);
-  if (WriteListFile(files, locale.AnsiCodePage(), *path, names, format)) return true;
+  if (WriteListFile(files, locale.AnsiCodePage(), *path, names, format)) {
+    return ListFileOutcome::kDone;
+  }
   prompt.ShowMessage(kAppTitle, LoadString(kIdsListExportFailed), MessageIcon::kError);
-  return false;
+  return ListFileOutcome::kFailed;
 }
 
 }  // namespace quillora

@@ -120,13 +120,21 @@ bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& file
                     const std::string& path, const CatalogueList& list,
                     int* added = nullptr);
 
+// What the import and export commands of the tree came to.
+enum class ListFileOutcome {
+  kDone,
+  kCancelled,  // the user cancelled the file dialog: nothing happened
+  kFailed,     // the message was shown
+};
+
 // The import command of the catalogue tree for kinds 0 to 3: asks for the
 // file ("List File (*.txt)|*.txt|", extension "txt", must exist, hide
-// read-only) and imports it. Cancelling does nothing and counts as done.
-// On failure shows "Unable to import data. Please close some applications
-// and try again." (kIdsImportFailed, error icon) and answers false.
-bool RunListImport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                   UserPrompt& prompt, const CatalogueList& list);
+// read-only) and imports it. On failure shows "Unable to import data.
+// Please close some applications and try again." (kIdsImportFailed, error
+// icon). *added (optional) as for ImportListFile.
+ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
+                              UserPrompt& prompt, const CatalogueList& list,
+                              int* added = nullptr);
 
 // The list an import of `kind` goes to from the tree item selected: clients
 // anywhere; projects and contacts of the selected item's client; tasks of
@@ -165,11 +173,11 @@ bool WriteListFile(FileSystem& files, int code_page, const std::string& path,
 // The export command of the catalogue tree: asks for the file
 // (kListExportFilter, extension "txt", overwrite prompt, hide read-only) and
 // writes the names of `list` in `format`, the filter choice the user made.
-// Cancelling does nothing and answers true. When the file cannot be written
-// shows "Unable to export the list." (kIdsListExportFailed, error icon) and
-// answers false.
-bool RunListExport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                   UserPrompt& prompt, const CatalogueList& list, ListFileFormat format);
+// When the file cannot be written shows "Unable to export the list."
+// (kIdsListExportFailed, error icon).
+ListFileOutcome RunListExport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
+                              UserPrompt& prompt, const CatalogueList& list,
+                              ListFileFormat format);
 
 }  // namespace quillora
 

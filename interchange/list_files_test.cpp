@@ -193,10 +193,10 @@ TEST_F(ListImportTest, LongLinesAreCutAndBadFilesFailWithTheMessage) {
   auto run = [&] {
     return RunListImport(catalogue_, *locale_, FileSystem::Posix(), prompt, contacts);
   };
-  EXPECT_FALSE(run());
-  EXPECT_FALSE(run());
-  EXPECT_TRUE(run()) << "cancel counts as done";
-  EXPECT_TRUE(run());
+  EXPECT_EQ(run(), ListFileOutcome::kFailed);
+  EXPECT_EQ(run(), ListFileOutcome::kFailed);
+  EXPECT_EQ(run(), ListFileOutcome::kCancelled);
+  EXPECT_EQ(run(), ListFileOutcome::kDone);
   ASSERT_EQ(prompt.shown.size(), 2u);
   for (const auto& shown : prompt.shown) {
     EXPECT_EQ(shown.title, u"Quillora");
@@ -218,14 +218,14 @@ TEST_F(ListImportTest, ExportAsksForTheFileAndReportsAFailedWrite) {
   testing::FaultyFileSystem files;
   const std::string path = dir_.File("out.txt");
   prompt.files = {path, std::nullopt, path};
-  ASSERT_TRUE(RunListExport(catalogue_, *locale_, files, prompt, {ListKind::kClients},
-                            ListFileFormat::kAnsi));
+  auto run = [&](ListFileFormat format) {
+    return RunListExport(catalogue_, *locale_, files, prompt, {ListKind::kClients}, format);
+  };
+  ASSERT_EQ(run(ListFileFormat::kAnsi), ListFileOutcome::kDone);
   EXPECT_EQ(testing::ReadFileBytes(path), "Acme\r\nBeta");
-  EXPECT_TRUE(RunListExport(catalogue_, *locale_, files, prompt, {ListKind::kClients},
-                            ListFileFormat::kAnsi));
+  EXPECT_EQ(run(ListFileFormat::kAnsi), ListFileOutcome::kCancelled);
   files.fail_write_number = files.writes() + 2;  // the text after the mark
-  EXPECT_FALSE(RunListExport(catalogue_, *locale_, files, prompt, {ListKind::kClients},
-                             ListFileFormat::kUnicode));
+  EXPECT_EQ(run(ListFileFormat::kUnicode), ListFileOutcome::kFailed);
   EXPECT_EQ(testing::ReadFileBytes(path), "\xFF\xFE") << "what was written stays";
   ASSERT_EQ(prompt.Texts(), (quillora::Names{u"Unable to export the list."}));
   EXPECT_EQ(prompt.choosers[0].filter, u"Text Files (*.txt)|*.txt|Unicode Text|*.txt|");

@@ -30,6 +30,9 @@ const Command* const kCommands[] = {
     &kContactCommand,
     &kRateCommand,
     &kValueCommand,
+    &kImportCommand,
+    &kExportListCommand,
+    &kContactsCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

@@ -17,6 +17,9 @@ extern const Command kTaskCommand;
 extern const Command kContactCommand;
 extern const Command kRateCommand;
 extern const Command kValueCommand;
+extern const Command kImportCommand;
+extern const Command kExportListCommand;
+extern const Command kContactsCommand;
 
 }  // namespace quillora
 
