@@ -31,7 +31,8 @@ void BM_ImportContacts(benchmark::State& state) {
   for (auto _ : state) {
     state.PauseTiming();
     std::string error;
-    auto volume = OpenSqliteObjectStore(dir.File("v" + std::to_string(round++) + ".db"), &error);
+    auto volume =
+        OpenSqliteObjectStore(dir.File("v" + std::to_string(round++) + ".db"), &error);
     Catalogue catalogue(*volume, nullptr);
     catalogue.Open();
     AddClient(catalogue.clients, u"Acme");
@@ -43,7 +44,11 @@ void BM_ImportContacts(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * count);
 }
-BENCHMARK(BM_ImportContacts)->Arg(1000)->Arg(4000)->Arg(16000)->Unit(benchmark::kMillisecond)
+BENCHMARK(BM_ImportContacts)
+    ->Arg(1000)
+    ->Arg(4000)
+    ->Arg(16000)
+    ->Unit(benchmark::kMillisecond)
     ->Iterations(3);
 
 // N clients: each takes a number from the counter and a name seek.
@@ -57,7 +62,8 @@ void BM_ImportClients(benchmark::State& state) {
   for (auto _ : state) {
     state.PauseTiming();
     std::string error;
-    auto volume = OpenSqliteObjectStore(dir.File("v" + std::to_string(round++) + ".db"), &error);
+    auto volume =
+        OpenSqliteObjectStore(dir.File("v" + std::to_string(round++) + ".db"), &error);
     Catalogue catalogue(*volume, nullptr);
     catalogue.Open();
     state.ResumeTiming();
@@ -65,7 +71,10 @@ void BM_ImportClients(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * count);
 }
-BENCHMARK(BM_ImportClients)->Arg(1000)->Arg(4000)->Unit(benchmark::kMillisecond)
+BENCHMARK(BM_ImportClients)
+    ->Arg(1000)
+    ->Arg(4000)
+    ->Unit(benchmark::kMillisecond)
     ->Iterations(3);
 
 // Reading and splitting a 10 MB file of 500,000 names.

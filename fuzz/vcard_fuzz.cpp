@@ -10,8 +10,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   // A copy of exactly `size` bytes, so that any read past the end is caught.
   const std::vector<char> bytes(data, data + size);
-  const auto cards =
-      quillora::ReadVCards(std::string_view(bytes.data(), bytes.size()));
+  const auto cards = quillora::ReadVCards(std::string_view(bytes.data(), bytes.size()));
   for (const quillora::VCard& card : cards) {
     if (card.file_as.empty()) __builtin_trap();
   }

@@ -22,7 +22,8 @@ std::u16string DeviceContactsSource::DatabaseName() const {
   if (registry_ != nullptr) {
     RegistryKey key;
     std::u16string name;
-    if (registry_->OpenKey(RegistryHive::kLocalMachine, kContactsRegistryKey, &key) == 0 &&
+    if (registry_->OpenKey(RegistryHive::kLocalMachine, kContactsRegistryKey, &key) ==
+            0 &&
         ReadString(*registry_, key, kContactsRegistryValue, kContactsNameChars, &name) ==
             0) {
       return name;
@@ -92,9 +93,10 @@ bool VCardContactsSource::ReadContacts(std::vector<ContactRow>* rows) {
 }
 
 void SortContactRows(const Locale& locale, std::vector<ContactRow>* rows) {
-  std::stable_sort(rows->begin(), rows->end(), [&](const ContactRow& a, const ContactRow& b) {
-    return locale.Compare(a.file_as, b.file_as) < 0;
-  });
+  std::stable_sort(rows->begin(), rows->end(),
+                   [&](const ContactRow& a, const ContactRow& b) {
+                     return locale.Compare(a.file_as, b.file_as) < 0;
+                   });
 }
 
 bool ContactsDialog::Load(ContactsSource& source, const Locale& locale) {

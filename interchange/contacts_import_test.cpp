@@ -19,7 +19,8 @@ using Names = std::vector<std::u16string>;
 
 std::string Cards(const std::vector<VCard>& cards) {
   std::string out;
-  for (const VCard& c : cards) out += "[" + ToUtf8(c.file_as) + "|" + ToUtf8(c.company) + "]";
+  for (const VCard& c : cards)
+    out += "[" + ToUtf8(c.file_as) + "|" + ToUtf8(c.company) + "]";
   return out;
 }
 
@@ -38,7 +39,8 @@ TEST(VCardTest, FileAsNamesAndCompaniesOfVersionThreeAndFour) {
       {"BEGIN:VCARD\nN:;;;;\nFN:\nEND:VCARD\n", ""},
       // Folding with blanks and tabs; a group; letter case of names; quoted
       // parameters holding a colon; UTF-8 with its mark.
-      {"\xEF\xBB\xBF" "begin:vcard\r\nitem1.n;LANGUAGE=de:M\xC3\xBC\r\n ller;J\r\n\tan\r\n"
+      {"\xEF\xBB\xBF"
+       "begin:vcard\r\nitem1.n;LANGUAGE=de:M\xC3\xBC\r\n ller;J\r\n\tan\r\n"
        "Org;TYPE=\"work:main\":Gro\xC3\x9F GmbH\r\nend:VCARD\r\n",
        "[M\xC3\xBCller, Jan|Gro\xC3\x9F GmbH]"},
       {"BEGIN:VCARD\nN:O\\;Neil\\\\x;Ann,Marie;;;\nFN:a\\nb\nEND:VCARD\n",
@@ -72,8 +74,9 @@ class ContactsImportTest : public ::testing::Test {
 
   // A device-style contacts database holding the given (file as, company)
   // pairs in that order; an empty file-as leaves the property out.
-  void MakeDatabase(const std::u16string& name,
-                    const std::vector<std::pair<std::u16string, std::u16string>>& people) {
+  void MakeDatabase(
+      const std::u16string& name,
+      const std::vector<std::pair<std::u16string, std::u16string>>& people) {
     DatabaseInfo info;
     info.name = name;
     info.type = 0x19;
@@ -88,7 +91,9 @@ class ContactsImportTest : public ::testing::Test {
     }
   }
 
-  Names Contacts() { return ListNames(catalogue_, *locale_, {ListKind::kContacts, acme_}); }
+  Names Contacts() {
+    return ListNames(catalogue_, *locale_, {ListKind::kContacts, acme_});
+  }
 
   testing::TempDir dir_;
   testing::TestVolume volume_;
@@ -106,7 +111,8 @@ TEST_F(ContactsImportTest, RowsAreSortedAndCheckedNamesAddedInThatOrder) {
   ContactsDialog dialog;
   ASSERT_TRUE(dialog.Load(source, *locale_));
   std::vector<std::u16string> shown;
-  for (const ContactRow& row : dialog.rows()) shown.push_back(row.file_as + u"|" + row.company);
+  for (const ContactRow& row : dialog.rows())
+    shown.push_back(row.file_as + u"|" + row.company);
   EXPECT_EQ(shown, (Names{u"|Nameless Ltd", u"adams, Bo|", u"Brown, Cy|Beta",
                           u"Zimmer, Ann|Zeta Co"}));
 
@@ -132,7 +138,8 @@ TEST_F(ContactsImportTest, TheRegistryNamesTheDatabase) {
   EXPECT_FALSE(source.ReadContacts(&rows)) << "no database yet";
 
   RegistryKey key;
-  ASSERT_EQ(registry->CreateKey(RegistryHive::kLocalMachine, u"Explorer\\Database", &key), 0);
+  ASSERT_EQ(registry->CreateKey(RegistryHive::kLocalMachine, u"Explorer\\Database", &key),
+            0);
   ASSERT_EQ(WriteString(*registry, key, u"ContactsDatabase", u"Pocket Contacts"), 0);
   EXPECT_EQ(source.DatabaseName(), u"Pocket Contacts");
   MakeDatabase(u"pocket contacts", {{u"Wrong", u""}});
@@ -143,7 +150,8 @@ TEST_F(ContactsImportTest, TheRegistryNamesTheDatabase) {
   EXPECT_EQ(rows[0].file_as, u"Right");
   EXPECT_NE(rows[0].record_id, 0u);
 
-  ASSERT_EQ(WriteString(*registry, key, u"ContactsDatabase", std::u16string(260, u'x')), 0);
+  ASSERT_EQ(WriteString(*registry, key, u"ContactsDatabase", std::u16string(260, u'x')),
+            0);
   EXPECT_EQ(source.DatabaseName(), u"Contacts Database") << "longer than the buffer";
   ASSERT_EQ(WriteDword(*registry, key, u"ContactsDatabase", 7), 0);
   EXPECT_EQ(source.DatabaseName(), u"Contacts Database");
@@ -154,7 +162,8 @@ TEST_F(ContactsImportTest, AFolderOfVCardsIsASource) {
                           "BEGIN:VCARD\nN:Young;Al\nORG:Y\nEND:VCARD\n"
                           "BEGIN:VCARD\nFN:Able Baker\nEND:VCARD\n");
   testing::WriteFileBytes(dir_.File("A.VCF"), "BEGIN:VCARD\nN:Moss;Kate\nEND:VCARD\n");
-  testing::WriteFileBytes(dir_.File("notes.txt"), "BEGIN:VCARD\nFN:Not a card\nEND:VCARD\n");
+  testing::WriteFileBytes(dir_.File("notes.txt"),
+                          "BEGIN:VCARD\nFN:Not a card\nEND:VCARD\n");
   testing::WriteFileBytes(dir_.File("garbage.vcf"), std::string("\0\xFF\x01:;\\", 6));
   VCardContactsSource source(FileSystem::Posix(), dir_.path());
   std::vector<ContactRow> rows;

@@ -23,7 +23,8 @@ bool IsLineBreak(char16_t c) { return c == u'\r' || c == u'\n'; }
 // written are kept whatever happens after them.
 class ImportBatch {
  public:
-  explicit ImportBatch(ObjectStore& volume) : volume_(volume), began_(volume.BeginBatch()) {}
+  explicit ImportBatch(ObjectStore& volume)
+      : volume_(volume), began_(volume.BeginBatch()) {}
   ~ImportBatch() {
     if (began_) volume_.CommitBatch();
   }
@@ -117,7 +118,8 @@ bool AddListName(Catalogue& catalogue, const Locale& locale, const CatalogueList
       return AddProject(catalogue.projects, locale, list.client, name, u"") != 0;
     case ListKind::kTasks:
       if (!list.project.empty()) {
-        return AddProject(catalogue.projects, locale, list.client, list.project, name) != 0;
+        return AddProject(catalogue.projects, locale, list.client, list.project, name) !=
+               0;
       }
       return AddItem(catalogue.tasks, locale, list.client, name) != 0;
     case ListKind::kContacts:
@@ -148,8 +150,9 @@ bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& file
   return true;
 }
 
-ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                              UserPrompt& prompt, const CatalogueList& list, int* added) {
+ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale,
+                              FileSystem& files, UserPrompt& prompt,
+                              const CatalogueList& list, int* added) {
   if (added != nullptr) *added = 0;
   FileChooser chooser;
   chooser.filter = kListImportFilter;
@@ -164,7 +167,8 @@ ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale, FileSy
   return ListFileOutcome::kFailed;
 }
 
-std::optional<CatalogueList> ImportListFor(ListKind kind, const CatalogueTreeItem& selected) {
+std::optional<CatalogueList> ImportListFor(ListKind kind,
+                                           const CatalogueTreeItem& selected) {
   using Kind = CatalogueTreeItem::Kind;
   if (kind == ListKind::kClients) return CatalogueList{kind, 0, {}};
   if (kind == ListKind::kContactsApplication || selected.kind == Kind::kNone) {
@@ -226,7 +230,8 @@ std::vector<std::u16string> ListNames(Catalogue& catalogue, const Locale& locale
       if (list.project.empty()) return NamesOf(ItemsOf(catalogue.tasks, list.client));
       {
         const auto projects = ProjectsOf(catalogue.projects, locale, list.client);
-        if (const Project* p = FindProject(projects, locale, list.project)) names = p->tasks;
+        if (const Project* p = FindProject(projects, locale, list.project))
+          names = p->tasks;
       }
       break;
     case ListKind::kContacts:
@@ -261,9 +266,9 @@ bool WriteListFile(FileSystem& files, int code_page, const std::string& path,
   return writer.Close() && ok;
 }
 
-ListFileOutcome RunListExport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                              UserPrompt& prompt, const CatalogueList& list,
-                              ListFileFormat format) {
+ListFileOutcome RunListExport(Catalogue& catalogue, const Locale& locale,
+                              FileSystem& files, UserPrompt& prompt,
+                              const CatalogueList& list, ListFileFormat format) {
   FileChooser chooser;
   chooser.filter = kListExportFilter;
   chooser.default_extension = kListFileExtension;

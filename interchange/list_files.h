@@ -25,11 +25,11 @@ namespace quillora {
 // The import kinds, by their index in the import dialog ("Select the type to
 // import:").
 enum class ListKind : int {
-  kClients = 0,             // "Clients"
-  kProjects = 1,            // "Projects for a selected client"
-  kTasks = 2,               // "Tasks for a selected client or project"
-  kContacts = 3,            // "Contacts (Bill To) for a selected client"
-  kContactsApplication = 4, // "Import contacts from Contacts Application"
+  kClients = 0,              // "Clients"
+  kProjects = 1,             // "Projects for a selected client"
+  kTasks = 2,                // "Tasks for a selected client or project"
+  kContacts = 3,             // "Contacts (Bill To) for a selected client"
+  kContactsApplication = 4,  // "Import contacts from Contacts Application"
 };
 
 // One list of the catalogue: the clients, or the projects, tasks or bill-to
@@ -72,7 +72,8 @@ struct CatalogueTreeItem {
 // The import dialog's choices, by kind.
 inline constexpr const char16_t* kListKindLabels[] = {
     u"Clients", u"Projects for a selected client",
-    u"Tasks for a selected client or project", u"Contacts (Bill To) for a selected client",
+    u"Tasks for a selected client or project",
+    u"Contacts (Bill To) for a selected client",
     u"Import contacts from Contacts Application"};
 inline constexpr char16_t kSelectImportTypeLabel[] = u"Select the type to import:";
 
@@ -132,16 +133,17 @@ enum class ListFileOutcome {
 // read-only) and imports it. On failure shows "Unable to import data.
 // Please close some applications and try again." (kIdsImportFailed, error
 // icon). *added (optional) as for ImportListFile.
-ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                              UserPrompt& prompt, const CatalogueList& list,
-                              int* added = nullptr);
+ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale,
+                              FileSystem& files, UserPrompt& prompt,
+                              const CatalogueList& list, int* added = nullptr);
 
 // The list an import of `kind` goes to from the tree item selected: clients
 // anywhere; projects and contacts of the selected item's client; tasks of
 // the selected project (a project or one of its tasks selected), else of the
 // client. Nothing when the kind needs a client and no item of a client is
 // selected, and for kContactsApplication.
-std::optional<CatalogueList> ImportListFor(ListKind kind, const CatalogueTreeItem& selected);
+std::optional<CatalogueList> ImportListFor(ListKind kind,
+                                           const CatalogueTreeItem& selected);
 
 // The level that the list export writes from the tree item selected: the
 // clients for nothing or a client selected; the group's list for a group;
@@ -175,9 +177,9 @@ bool WriteListFile(FileSystem& files, int code_page, const std::string& path,
 // writes the names of `list` in `format`, the filter choice the user made.
 // When the file cannot be written shows "Unable to export the list."
 // (kIdsListExportFailed, error icon).
-ListFileOutcome RunListExport(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                              UserPrompt& prompt, const CatalogueList& list,
-                              ListFileFormat format);
+ListFileOutcome RunListExport(Catalogue& catalogue, const Locale& locale,
+                              FileSystem& files, UserPrompt& prompt,
+                              const CatalogueList& list, ListFileFormat format);
 
 }  // namespace quillora
 

@@ -56,7 +56,9 @@ TEST(ListFileTest, LinesSplitLikeTheDeviceTokenizer) {
       {ToUtf8(name128) + "\n" + ToUtf8(name129), {name128, std::u16string(127, u'c')}},
       {std::string("one\0two", 7), {u"one"}},
       {"Caf\xE9\r\nna\xEFve", {u"Caf\u00E9", u"na\u00EFve"}},
-      {"\xEF\xBB\xBF" "Caf\xC3\xA9\nZ\xC3\xBCrich", {u"Caf\u00E9", u"Z\u00FCrich"}},
+      {"\xEF\xBB\xBF"
+       "Caf\xC3\xA9\nZ\xC3\xBCrich",
+       {u"Caf\u00E9", u"Z\u00FCrich"}},
       {Utf16File(u"\u00C5sa\r\nB\u0142a\u017Cej\n"), {u"\u00C5sa", u"B\u0142a\u017Cej"}},
       {Utf16File(u"Tail") + "X", {u"TailX"}},
       {Utf16File(u"First") + std::string("\0\0", 2) + Utf16File(u"Second"), {u"First"}},
@@ -125,7 +127,10 @@ TEST_F(ListImportTest, ImportingAClientListTwiceAddsEachClientOnce) {
   EXPECT_EQ(Names({ListKind::kClients}), (quillora::Names{u"acme", u"Acme", u"Zeta"}));
   // Numbers follow the file's order: Zeta first.
   for (const Client& c : clients) {
-    EXPECT_EQ(c.number, c.name == u"Zeta" ? 1u : c.name == u"Acme" ? 2u : 3u) << ToUtf8(c.name);
+    EXPECT_EQ(c.number, c.name == u"Zeta"   ? 1u
+                        : c.name == u"Acme" ? 2u
+                                            : 3u)
+        << ToUtf8(c.name);
   }
   EXPECT_EQ(testing::ReadFileBytes(path), "Zeta\r\nAcme\r\n\r\nZeta\nacme\n")
       << "the source file is never changed";
@@ -158,13 +163,15 @@ TEST_F(ListImportTest, EachKindGoesUnderTheChosenClientOrProject) {
 TEST_F(ListImportTest, ExportThenImportGivesTheSameNamesInBothFormats) {
   const ClientId acme = NewClient(u"Acme");
   const ClientId beta = NewClient(u"Beta");
-  const quillora::Names names = {u"Caf\u00E9 Noir", u"M\u00FCller & S\u00F6hne",
-                                 u"Plain", u"Łukasz"};
-  for (const auto& n : names) AddListName(catalogue_, *locale_, {ListKind::kContacts, acme}, n);
+  const quillora::Names names = {u"Caf\u00E9 Noir", u"M\u00FCller & S\u00F6hne", u"Plain",
+                                 u"Łukasz"};
+  for (const auto& n : names)
+    AddListName(catalogue_, *locale_, {ListKind::kContacts, acme}, n);
 
   const std::string ansi = dir_.File("ansi.txt");
   const std::string wide = dir_.File("wide.txt");
-  ASSERT_TRUE(WriteListFile(FileSystem::Posix(), 1252, ansi, names, ListFileFormat::kAnsi));
+  ASSERT_TRUE(
+      WriteListFile(FileSystem::Posix(), 1252, ansi, names, ListFileFormat::kAnsi));
   ASSERT_TRUE(
       WriteListFile(FileSystem::Posix(), 1252, wide, names, ListFileFormat::kUnicode));
   EXPECT_EQ(testing::ReadFileBytes(ansi),
@@ -219,7 +226,8 @@ TEST_F(ListImportTest, ExportAsksForTheFileAndReportsAFailedWrite) {
   const std::string path = dir_.File("out.txt");
   prompt.files = {path, std::nullopt, path};
   auto run = [&](ListFileFormat format) {
-    return RunListExport(catalogue_, *locale_, files, prompt, {ListKind::kClients}, format);
+    return RunListExport(catalogue_, *locale_, files, prompt, {ListKind::kClients},
+                         format);
   };
   ASSERT_EQ(run(ListFileFormat::kAnsi), ListFileOutcome::kDone);
   EXPECT_EQ(testing::ReadFileBytes(path), "Acme\r\nBeta");
@@ -243,16 +251,27 @@ TEST_F(ListImportTest, TheSelectedTreeItemChoosesTheLevel) {
     std::optional<CatalogueList> tasks_import;
   } cases[] = {
       {{Kind::kNone}, {ListKind::kClients}, std::nullopt},
-      {{Kind::kClient, acme}, {ListKind::kClients}, CatalogueList{ListKind::kTasks, acme}},
-      {{Kind::kProjectsGroup, acme}, {ListKind::kProjects, acme}, CatalogueList{ListKind::kTasks, acme}},
-      {{Kind::kProject, acme, u"Web"}, {ListKind::kTasks, acme, u"Web"},
+      {{Kind::kClient, acme},
+       {ListKind::kClients},
+       CatalogueList{ListKind::kTasks, acme}},
+      {{Kind::kProjectsGroup, acme},
+       {ListKind::kProjects, acme},
+       CatalogueList{ListKind::kTasks, acme}},
+      {{Kind::kProject, acme, u"Web"},
+       {ListKind::kTasks, acme, u"Web"},
        CatalogueList{ListKind::kTasks, acme, u"Web"}},
-      {{Kind::kProject, acme, u"Print"}, {ListKind::kProjects, acme},
+      {{Kind::kProject, acme, u"Print"},
+       {ListKind::kProjects, acme},
        CatalogueList{ListKind::kTasks, acme, u"Print"}},
-      {{Kind::kProjectTask, acme, u"Web"}, {ListKind::kTasks, acme, u"Web"},
+      {{Kind::kProjectTask, acme, u"Web"},
+       {ListKind::kTasks, acme, u"Web"},
        CatalogueList{ListKind::kTasks, acme, u"Web"}},
-      {{Kind::kTask, acme}, {ListKind::kTasks, acme}, CatalogueList{ListKind::kTasks, acme}},
-      {{Kind::kContact, acme}, {ListKind::kContacts, acme}, CatalogueList{ListKind::kTasks, acme}},
+      {{Kind::kTask, acme},
+       {ListKind::kTasks, acme},
+       CatalogueList{ListKind::kTasks, acme}},
+      {{Kind::kContact, acme},
+       {ListKind::kContacts, acme},
+       CatalogueList{ListKind::kTasks, acme}},
   };
   for (const Case& c : cases) {
     const int kind = static_cast<int>(c.selected.kind);

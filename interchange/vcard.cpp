@@ -126,8 +126,9 @@ class CardReader {
   void Finish() {
     const CardFields& c = *card_;
     const std::u16string company = c.company.value_or(u"");
-    VCard card{FileAsName(c.family.value_or(u""), c.given, c.formatted.value_or(u""), company),
-               company};
+    VCard card{
+        FileAsName(c.family.value_or(u""), c.given, c.formatted.value_or(u""), company),
+        company};
     if (!card.file_as.empty()) cards_->push_back(std::move(card));
     card_.reset();
   }

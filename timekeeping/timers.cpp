@@ -16,7 +16,8 @@ bool IsIndex(int index) { return index >= 0 && index < kTimerCount; }
 
 TimerSet::TimerSet(const Clock& clock, TickTimer* tick_timer)
     : clock_(clock), tick_timer_(tick_timer) {
-  if (tick_timer_ != nullptr) tick_timer_->Start(kTimerTickMilliseconds, [this] { Tick(); });
+  if (tick_timer_ != nullptr)
+    tick_timer_->Start(kTimerTickMilliseconds, [this] { Tick(); });
 }
 
 TimerSet::~TimerSet() {
@@ -27,8 +28,9 @@ void TimerSet::Tick() {
   FileTime now = 0;
   if (!SystemTimeToFileTime(clock_.LocalNow(), &now)) return;
   if (last_tick_ == 0) last_tick_ = now;
-  std::int64_t delta = (static_cast<std::int64_t>(now) - static_cast<std::int64_t>(last_tick_)) /
-                       static_cast<std::int64_t>(kTicksPerSecond);
+  std::int64_t delta =
+      (static_cast<std::int64_t>(now) - static_cast<std::int64_t>(last_tick_)) /
+      static_cast<std::int64_t>(kTicksPerSecond);
   // At least one second a tick, even when ticks come faster than a second
   // apart; a clock set back never takes recorded time away.
   if (delta < 1) delta = 1;
@@ -184,7 +186,8 @@ TimeEntry EntryFromTimer(const TimerSlot& slot, const Settings& settings) {
   start.milliseconds = 0;
   FileTime start_time = 0;
   if (SystemTimeToFileTime(start, &start_time)) entry.start = start_time;
-  const std::uint32_t elapsed = slot.elapsed > 0 ? static_cast<std::uint32_t>(slot.elapsed) : 0;
+  const std::uint32_t elapsed =
+      slot.elapsed > 0 ? static_cast<std::uint32_t>(slot.elapsed) : 0;
   SetDurationFromTimer(&entry, elapsed, settings);
   SetNote(&entry, static_cast<std::int32_t>(slot.note.size()), slot.note.data());
   return entry;

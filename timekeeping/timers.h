@@ -46,8 +46,8 @@ enum TimerState : std::int32_t {
 
 struct TimerSlot {
   std::int32_t state = kTimerIdle;
-  SystemTime start;              // local time "Record" was pressed
-  std::int32_t elapsed = 0;      // seconds counted while recording
+  SystemTime start;                // local time "Record" was pressed
+  std::int32_t elapsed = 0;        // seconds counted while recording
   std::vector<std::uint8_t> note;  // the note control's contents; empty: none
 };
 

@@ -21,7 +21,8 @@ class SteppingClock : public Clock {
   }
   void Advance(std::int64_t milliseconds) {
     now_ = static_cast<FileTime>(static_cast<std::int64_t>(now_) +
-                                 milliseconds * static_cast<std::int64_t>(kTicksPerMillisecond));
+                                 milliseconds *
+                                     static_cast<std::int64_t>(kTicksPerMillisecond));
   }
 
  private:
@@ -100,10 +101,11 @@ TEST(TimerTextTest, DurationHoursAreNotLimitedToTwoDigits) {
   const struct {
     std::int32_t elapsed;
     const char16_t* text;
-  } cases[] = {{0, u"Duration: 00:00:00"},     {59, u"Duration: 00:00:59"},
-               {3599, u"Duration: 00:59:59"},  {3600, u"Duration: 01:00:00"},
+  } cases[] = {{0, u"Duration: 00:00:00"},       {59, u"Duration: 00:00:59"},
+               {3599, u"Duration: 00:59:59"},    {3600, u"Duration: 01:00:00"},
                {360000, u"Duration: 100:00:00"}, {2147483647, u"Duration: 596523:14:07"}};
-  for (const auto& c : cases) EXPECT_EQ(TimerDurationText(c.elapsed), c.text) << c.elapsed;
+  for (const auto& c : cases)
+    EXPECT_EQ(TimerDurationText(c.elapsed), c.text) << c.elapsed;
 }
 
 TEST_F(TimersTest, TicksCountWallClockSecondsButAtLeastOne) {

@@ -46,7 +46,8 @@ class ListCliTest : public ::testing::Test {
 };
 
 TEST_F(ListCliTest, ClientListsImportOnceAndExportInBothFormats) {
-  WriteFileBytes(File("clients.txt"), "Zeta\r\n\r\nAcme\rBeta\n\nAcme\n" + std::string(200, 'L'));
+  WriteFileBytes(File("clients.txt"),
+                 "Zeta\r\n\r\nAcme\rBeta\n\nAcme\n" + std::string(200, 'L'));
   Ok({"import", "clients", File("clients.txt")});
   Ok({"import", "clients", File("clients.txt")});
   EXPECT_EQ(Ok({"client", "list"}),
@@ -55,13 +56,16 @@ TEST_F(ListCliTest, ClientListsImportOnceAndExportInBothFormats) {
   Ok({"export-list", "clients", File("out.txt")});
   EXPECT_EQ(ReadFileBytes(File("out.txt")),
             "Acme\r\nBeta\r\n" + std::string(127, 'L') + "\r\nZeta");
-  const RunResult declined = Run({"export-list", "clients", "--unicode", File("out.txt")});
+  const RunResult declined =
+      Run({"export-list", "clients", "--unicode", File("out.txt")});
   EXPECT_EQ(declined.status, 1);
   EXPECT_NE(declined.err.find("already exists"), std::string::npos) << declined.err;
   Ok({"--yes", "export-list", "--unicode", "clients", File("out.txt")});
   const std::string wide = ReadFileBytes(File("out.txt"));
   ASSERT_GE(wide.size(), 10u);
-  EXPECT_EQ(wide.substr(0, 10), std::string("\xFF\xFE" "A\0c\0m\0e\0", 10));
+  EXPECT_EQ(wide.substr(0, 10), std::string("\xFF\xFE"
+                                            "A\0c\0m\0e\0",
+                                            10));
   EXPECT_EQ(wide.substr(wide.size() - 10), std::string("\n\0Z\0e\0t\0a\0", 10));
 
   // The UTF-16 file reads back as a contacts list of a client.
@@ -74,7 +78,9 @@ TEST_F(ListCliTest, ProjectsAndProjectTasksRoundTrip) {
   Ok({"client", "add", "Acme"});
   WriteFileBytes(File("projects.txt"), "Web\nPrint\n");
   Ok({"import", "projects", "--client", "Acme", File("projects.txt")});
-  const char kTasks[] = "\xFF\xFE" "D\0e\0s\0i\0g\0n\0\r\0\n\0B\0u\0i\0l\0d\0";
+  const char kTasks[] =
+      "\xFF\xFE"
+      "D\0e\0s\0i\0g\0n\0\r\0\n\0B\0u\0i\0l\0d\0";
   WriteFileBytes(File("tasks.txt"), std::string(kTasks, sizeof kTasks - 1));
   Ok({"import", "tasks", "--client", "Acme", "--project", "Web", File("tasks.txt")});
   Ok({"import", "tasks", "--client", "Acme", File("projects.txt")});
@@ -102,14 +108,14 @@ TEST_F(ListCliTest, BadFilesAndBadArgumentsAreRefused) {
           "Quillora: There is no project named \"None\" for this client.\n");
   Refused({"export-list", "clients", dir_.File("no/such/folder/x.txt")},
           "Quillora: Unable to export the list.\n");
-  for (const Args& bad : {Args{"import"}, Args{"import", "clients"},
-                          Args{"import", "projects", File("empty.txt")},
-                          Args{"import", "clients", "--client", "Acme", File("empty.txt")},
-                          Args{"import", "contacts", "--client", "Acme", "--project", "P",
-                               File("empty.txt")},
-                          Args{"import", "rates", File("empty.txt")},
-                          Args{"export-list", "clients"},
-                          Args{"export-list", "contacts", File("x.txt")}}) {
+  for (const Args& bad :
+       {Args{"import"}, Args{"import", "clients"},
+        Args{"import", "projects", File("empty.txt")},
+        Args{"import", "clients", "--client", "Acme", File("empty.txt")},
+        Args{"import", "contacts", "--client", "Acme", "--project", "P",
+             File("empty.txt")},
+        Args{"import", "rates", File("empty.txt")}, Args{"export-list", "clients"},
+        Args{"export-list", "contacts", File("x.txt")}}) {
     EXPECT_EQ(Run(bad).status, 2) << Line(bad);
   }
   EXPECT_EQ(Ok({"client", "list"}), "Acme\t1\n");
@@ -119,11 +125,13 @@ TEST_F(ListCliTest, ContactsComeFromVCardsUnlessTheDatabaseExists) {
   const std::string cards = dir_.File("cards");
   Ok({"client", "add", "Acme"});
   Refused({"contacts", "list"}, "Quillora: Unable to open the contacts.\n");
-  Refused({"contacts", "list", "--dir", cards}, "Quillora: Unable to open the contacts.\n");
+  Refused({"contacts", "list", "--dir", cards},
+          "Quillora: Unable to open the contacts.\n");
   ASSERT_TRUE(std::filesystem::create_directory(cards));
-  WriteFileBytes(cards + "/people.vcf",
-                 "BEGIN:VCARD\r\nVERSION:3.0\r\nN:Doe;John;;;\r\nORG:Doe Ltd\r\nEND:VCARD\r\n"
-                 "BEGIN:VCARD\r\nVERSION:4.0\r\nFN:Ann Able\r\nEND:VCARD\r\n");
+  WriteFileBytes(
+      cards + "/people.vcf",
+      "BEGIN:VCARD\r\nVERSION:3.0\r\nN:Doe;John;;;\r\nORG:Doe Ltd\r\nEND:VCARD\r\n"
+      "BEGIN:VCARD\r\nVERSION:4.0\r\nFN:Ann Able\r\nEND:VCARD\r\n");
   WriteFileBytes(cards + "/broken.vcf", "BEGIN:VCARD\r\n FN:half");
   EXPECT_EQ(Ok({"contacts", "list", "--dir", cards}), "Ann Able\t\nDoe, John\tDoe Ltd\n");
   Refused({"contacts", "import", "--client", "Acme", "Nobody", "--dir", cards},
@@ -157,7 +165,8 @@ TEST_F(ListCliTest, ContactsComeFromVCardsUnlessTheDatabaseExists) {
   EXPECT_EQ(Ok({"contacts", "list", "--dir", cards}),
             "Baker, Bea\tDevice Co\nYoung, Al\tDevice Co\n");
   Ok({"contacts", "import", "--client", "Acme", "--all"});
-  EXPECT_EQ(Ok({"contact", "list", "Acme"}), "Doe, John\nAnn Able\nBaker, Bea\nYoung, Al\n");
+  EXPECT_EQ(Ok({"contact", "list", "Acme"}),
+            "Doe, John\nAnn Able\nBaker, Bea\nYoung, Al\n");
 }
 
 }  // namespace

@@ -18,7 +18,9 @@
 namespace quillora {
 namespace {
 
-int Usage(const char* usage) { return UsageError(std::string("usage: quillora ") + usage); }
+int Usage(const char* usage) {
+  return UsageError(std::string("usage: quillora ") + usage);
+}
 
 // The list a command names: "clients", or "projects", "tasks", "contacts"
 // with --client NAME (tasks also with --project NAME).
@@ -41,7 +43,8 @@ std::string CheckListOptions(ListKind kind, const ListArguments& a) {
   if (kind == ListKind::kClients && (a.client || a.project)) {
     return "clients takes no --client or --project";
   }
-  if (kind != ListKind::kClients && !a.client) return a.kind_word + " needs --client NAME";
+  if (kind != ListKind::kClients && !a.client)
+    return a.kind_word + " needs --client NAME";
   if (kind != ListKind::kTasks && a.project) return "only tasks take --project NAME";
   return {};
 }
@@ -63,11 +66,13 @@ bool ResolveList(CliContext& context, ListKind kind, const ListArguments& a,
   if (a.project) {
     list->project = FromUtf8(*a.project);
     bool found = false;
-    for (const Project& p : ProjectsOf(catalogue.projects, context.locale(), client.number)) {
+    for (const Project& p :
+         ProjectsOf(catalogue.projects, context.locale(), client.number)) {
       found = found || context.locale().Equal(p.name, list->project);
     }
     if (!found) {
-      context.Fail(u"There is no project named \"" + list->project + u"\" for this client.");
+      context.Fail(u"There is no project named \"" + list->project +
+                   u"\" for this client.");
       return false;
     }
   }
@@ -105,7 +110,8 @@ int RunImport(CliContext& context, Arguments& args) {
 
 int RunExportList(CliContext& context, Arguments& args) {
   const char* usage =
-      "export-list clients | projects --client NAME | tasks --client NAME [--project NAME] "
+      "export-list clients | projects --client NAME | tasks --client NAME [--project "
+      "NAME] "
       "| contacts --client NAME  [--unicode] FILE";
   ListArguments a;
   a.client = args.Value("--client");
@@ -124,8 +130,8 @@ int RunExportList(CliContext& context, Arguments& args) {
   if (!ResolveList(context, *kind, a, &list)) return kExitFailed;
   context.prompt->SetFile(words[1]);
   const ListFileOutcome outcome = RunListExport(
-      *context.data.catalogue, context.locale(), FileSystem::Posix(), *context.prompt, list,
-      unicode ? ListFileFormat::kUnicode : ListFileFormat::kAnsi);
+      *context.data.catalogue, context.locale(), FileSystem::Posix(), *context.prompt,
+      list, unicode ? ListFileFormat::kUnicode : ListFileFormat::kAnsi);
   return outcome == ListFileOutcome::kDone ? kExitDone : kExitFailed;
 }
 
@@ -171,7 +177,8 @@ int RunContacts(CliContext& context, Arguments& args) {
   }
   if (sub != "import") return Usage(usage);
   if (!client_arg) return UsageError("contacts import needs --client NAME");
-  if (all == !words.empty()) return UsageError("contacts import takes --all or FILE-AS names");
+  if (all == !words.empty())
+    return UsageError("contacts import takes --all or FILE-AS names");
 
   CatalogueList list;
   ListArguments a{"contacts", client_arg, std::nullopt};
