@@ -47,7 +47,6 @@ void BM_ImportContacts(benchmark::State& state) {
 BENCHMARK(BM_ImportContacts)
     ->Arg(1000)
     ->Arg(4000)
-    ->Arg(16000)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(3);
 
