@@ -138,6 +138,11 @@ const std::u16string& LoadString(int id) {
       {kIdsDeleteDataQuestion,
        u"All data within the selected criteria will be permanently deleted.  Tap OK to "
        u"delete or Cancel to cancel the operation."},
+      {kIdsImportFailed,
+       u"Unable to import data. Please close some applications and try again."},
+      {kIdsListExportFailed, u"Unable to export the list."},
+      {kIdsResetTimerQuestion, u"Are you sure to reset the timer?"},
+      {kIdsContactsNotFound, u"Unable to open the contacts."},
       {kIdsCustom1Label, u"Custom 1"},
       {kIdsCustom2Label, u"Custom 2"},
       {kIdsCustom3Label, u"Custom 3"},

@@ -121,6 +121,11 @@ enum StringId : int {
   kIdsUpdatingRecords = 2442,       // "Updating Records. Please Wait..."
   kIdsMarkPaidQuestion = 2443,      // "Do you want to mark all entries paid ..."
   kIdsDeleteDataQuestion = 2444,    // "All data within the selected criteria ..."
+  // List files, contacts import and the entry timers.
+  kIdsImportFailed = 2500,          // "Unable to import data. Please close some ..."
+  kIdsListExportFailed = 2501,      // "Unable to export the list."
+  kIdsResetTimerQuestion = 2502,    // "Are you sure to reset the timer?"
+  kIdsContactsNotFound = 2503,      // "Unable to open the contacts."
   kIdsCustom1Label = 5012,     // "Custom 1"
   kIdsCustom2Label = 5013,
   kIdsCustom3Label = 5014,

@@ -46,6 +46,9 @@ const Command* const kCommands[] = {
     &kReplaceCommand,
     &kMarkPaidCommand,
     &kDeleteDataCommand,
+    &kImportCommand,
+    &kExportListCommand,
+    &kContactsCommand,
 };
 
 const Command* FindCommand(const std::string& name) {

@@ -32,6 +32,9 @@ extern const Command kArchiveRestoreCommand;
 extern const Command kReplaceCommand;
 extern const Command kMarkPaidCommand;
 extern const Command kDeleteDataCommand;
+extern const Command kImportCommand;
+extern const Command kExportListCommand;
+extern const Command kContactsCommand;
 
 }  // namespace quillora
 

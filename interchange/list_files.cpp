@@ -1,0 +1,286 @@
+#include "interchange/list_files.h"
+
+#include <algorithm>
+#include <new>
+
+#include "platform/narrow_text_writer.h"
+#include "platform/code_page.h"
+#include "platform/text.h"
+#include "store/client_store.h"
+#include "store/string_table.h"
+
+namespace quillora {
+namespace {
+
+// The device mapped a list file with two zero bytes after its end, so that
+// the content was terminated both as narrow and as wide text; reading stops
+// at the first zero character either way.
+constexpr char kTerminator[] = {'\0', '\0'};
+
+bool IsLineBreak(char16_t c) { return c == u'\r' || c == u'\n'; }
+
+// Ends a store batch begun by this import, if it began one: names already
+// written are kept whatever happens after them.
+class ImportBatch {
+ public:
+  explicit ImportBatch(ObjectStore& volume)
+      : volume_(volume), began_(volume.BeginBatch()) {}
+  ~ImportBatch() {
+    if (began_) volume_.CommitBatch();
+  }
+  ImportBatch(const ImportBatch&) = delete;
+  ImportBatch& operator=(const ImportBatch&) = delete;
+
+ private:
+  ObjectStore& volume_;
+  bool began_;
+};
+
+const Project* FindProject(const std::vector<Project>& projects, const Locale& locale,
+                           const std::u16string& name) {
+  for (const Project& p : projects) {
+    if (locale.Equal(p.name, name)) return &p;
+  }
+  return nullptr;
+}
+
+std::vector<std::u16string> NamesOf(std::vector<CatalogueItem> items) {
+  std::vector<std::u16string> names;
+  names.reserve(items.size());
+  for (CatalogueItem& item : items) names.push_back(std::move(item.name));
+  return names;
+}
+
+}  // namespace
+
+std::optional<std::u16string> DecodeListFile(std::string_view bytes, int code_page) {
+  std::string buffer(bytes);
+  buffer.append(kTerminator, sizeof kTerminator);
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(buffer[i]); };
+  if (byte(0) == 0xFF && byte(1) == 0xFE) {
+    // The units after the mark; with an odd size the last byte pairs with
+    // the first terminating zero, as it did in the device's mapping.
+    std::u16string text;
+    text.reserve((buffer.size() - 2) / 2);
+    for (std::size_t i = 2; i + 1 < buffer.size(); i += 2) {
+      const auto unit = static_cast<char16_t>(byte(i) | (byte(i + 1) << 8));
+      if (unit == 0) break;
+      text.push_back(unit);
+    }
+    if (text.empty()) return std::nullopt;
+    return text;
+  }
+  const std::string_view narrow(buffer.data(), buffer.find('\0'));
+  // Text editors of today save UTF-8 with a mark; such a file would
+  // otherwise import its names as ANSI mojibake.
+  if (narrow.starts_with("\xEF\xBB\xBF")) return FromUtf8(narrow.substr(3));
+  return FromAnsi(narrow, code_page);
+}
+
+std::vector<std::u16string> SplitListNames(std::u16string_view text) {
+  text = text.substr(0, text.find(u'\0'));
+  std::vector<std::u16string> names;
+  std::size_t i = 0;
+  while (i < text.size()) {
+    while (i < text.size() && IsLineBreak(text[i])) ++i;
+    const std::size_t begin = i;
+    while (i < text.size() && !IsLineBreak(text[i])) ++i;
+    if (i == begin) break;
+    std::size_t length = i - begin;
+    // The limit and the cut differ by one: a name of 128 characters stays
+    // whole, one of 129 loses two.
+    if (length > kListNameLimit) length = kListNameCut;
+    names.emplace_back(text.substr(begin, length));
+  }
+  return names;
+}
+
+bool ParseListFile(std::string_view bytes, int code_page,
+                   std::vector<std::u16string>* names) {
+  names->clear();
+  const std::optional<std::u16string> text = DecodeListFile(bytes, code_page);
+  if (!text) return false;
+  *names = SplitListNames(*text);
+  return true;
+}
+
+bool AddListName(Catalogue& catalogue, const Locale& locale, const CatalogueList& list,
+                 std::u16string name) {
+  if (name.size() > kListNameLimit) name.resize(kListNameCut);
+  switch (list.kind) {
+    case ListKind::kClients:
+      // AddClient answers the new number, which is 0 for every client added
+      // while the counter is missing; whether the client is there tells.
+      if (name.empty() || FindClient(catalogue.clients, name)) return false;
+      AddClient(catalogue.clients, name);
+      return FindClient(catalogue.clients, name);
+    case ListKind::kProjects:
+      return AddProject(catalogue.projects, locale, list.client, name, u"") != 0;
+    case ListKind::kTasks:
+      if (!list.project.empty()) {
+        return AddProject(catalogue.projects, locale, list.client, list.project, name) !=
+               0;
+      }
+      return AddItem(catalogue.tasks, locale, list.client, name) != 0;
+    case ListKind::kContacts:
+      return AddItem(catalogue.contacts, locale, list.client, name) != 0;
+    case ListKind::kContactsApplication:
+      break;
+  }
+  return false;
+}
+
+bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& files,
+                    const std::string& path, const CatalogueList& list, int* added) {
+  if (added != nullptr) *added = 0;
+  std::vector<std::u16string> names;
+  try {
+    std::string bytes;
+    if (!files.ReadWholeFile(path, &bytes)) return false;
+    if (!ParseListFile(bytes, locale.AnsiCodePage(), &names)) return false;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  ImportBatch batch(catalogue.volume);
+  for (std::u16string& name : names) {
+    if (AddListName(catalogue, locale, list, std::move(name)) && added != nullptr) {
+      ++*added;
+    }
+  }
+  return true;
+}
+
+ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale,
+                              FileSystem& files, UserPrompt& prompt,
+                              const CatalogueList& list, int* added) {
+  if (added != nullptr) *added = 0;
+  FileChooser chooser;
+  chooser.filter = kListImportFilter;
+  chooser.default_extension = kListFileExtension;
+  chooser.flags = kFileMustExist | kFileHideReadOnly;
+  const std::optional<std::string> path = prompt.ChooseFileToOpen(chooser);
+  if (!path) return ListFileOutcome::kCancelled;
+  if (ImportListFile(catalogue, locale, files, *path, list, added)) {
+    return ListFileOutcome::kDone;
+  }
+  prompt.ShowMessage(kAppTitle, LoadString(kIdsImportFailed), MessageIcon::kError);
+  return ListFileOutcome::kFailed;
+}
+
+std::optional<CatalogueList> ImportListFor(ListKind kind,
+                                           const CatalogueTreeItem& selected) {
+  using Kind = CatalogueTreeItem::Kind;
+  if (kind == ListKind::kClients) return CatalogueList{kind, 0, {}};
+  if (kind == ListKind::kContactsApplication || selected.kind == Kind::kNone) {
+    return std::nullopt;
+  }
+  CatalogueList list{kind, selected.client, {}};
+  if (kind == ListKind::kTasks &&
+      (selected.kind == Kind::kProject || selected.kind == Kind::kProjectTask)) {
+    list.project = selected.project;
+  }
+  return list;
+}
+
+CatalogueList ExportListFor(Catalogue& catalogue, const Locale& locale,
+                            const CatalogueTreeItem& selected) {
+  using Kind = CatalogueTreeItem::Kind;
+  const ClientId client = selected.client;
+  switch (selected.kind) {
+    case Kind::kNone:
+    case Kind::kClient:
+      // A client's children are its three groups, whose names are no list
+      // worth a file: the client stands for the list it belongs to.
+      break;
+    case Kind::kProjectsGroup:
+      return {ListKind::kProjects, client, {}};
+    case Kind::kProject: {
+      const auto projects = ProjectsOf(catalogue.projects, locale, client);
+      const Project* project = FindProject(projects, locale, selected.project);
+      if (project != nullptr && !project->tasks.empty()) {
+        return {ListKind::kTasks, client, selected.project};
+      }
+      return {ListKind::kProjects, client, {}};
+    }
+    case Kind::kProjectTask:
+      return {ListKind::kTasks, client, selected.project};
+    case Kind::kTasksGroup:
+    case Kind::kTask:
+      return {ListKind::kTasks, client, {}};
+    case Kind::kContactsGroup:
+    case Kind::kContact:
+      return {ListKind::kContacts, client, {}};
+  }
+  return {ListKind::kClients, 0, {}};
+}
+
+std::vector<std::u16string> ListNames(Catalogue& catalogue, const Locale& locale,
+                                      const CatalogueList& list) {
+  std::vector<std::u16string> names;
+  switch (list.kind) {
+    case ListKind::kClients:
+      for (Client& c : ClientList(catalogue.clients)) names.push_back(std::move(c.name));
+      break;
+    case ListKind::kProjects:
+      for (Project& p : ProjectsOf(catalogue.projects, locale, list.client)) {
+        names.push_back(std::move(p.name));
+      }
+      break;
+    case ListKind::kTasks:
+      if (list.project.empty()) return NamesOf(ItemsOf(catalogue.tasks, list.client));
+      {
+        const auto projects = ProjectsOf(catalogue.projects, locale, list.client);
+        if (const Project* p = FindProject(projects, locale, list.project))
+          names = p->tasks;
+      }
+      break;
+    case ListKind::kContacts:
+      return NamesOf(ItemsOf(catalogue.contacts, list.client));
+    case ListKind::kContactsApplication:
+      break;
+  }
+  return names;
+}
+
+std::u16string JoinListNames(const std::vector<std::u16string>& names) {
+  std::u16string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += u"\r\n";
+    text += names[i];
+  }
+  return text;
+}
+
+bool WriteListFile(FileSystem& files, int code_page, const std::string& path,
+                   const std::vector<std::u16string>& names, ListFileFormat format) {
+  NarrowTextWriter writer(files, code_page);
+  if (!writer.Open(path)) return false;
+  const std::u16string text = JoinListNames(names);
+  bool ok = true;
+  if (format == ListFileFormat::kUnicode) {
+    // The mark is what tells the import that the file is UTF-16.
+    ok = writer.WriteByteOrderMark() && writer.WriteRaw(text);
+  } else if (!text.empty()) {
+    ok = writer.Write(text);
+  }
+  return writer.Close() && ok;
+}
+
+ListFileOutcome RunListExport(Catalogue& catalogue, const Locale& locale,
+                              FileSystem& files, UserPrompt& prompt,
+                              const CatalogueList& list, ListFileFormat format) {
+  FileChooser chooser;
+  chooser.filter = kListExportFilter;
+  chooser.default_extension = kListFileExtension;
+  chooser.flags = kFileOverwritePrompt | kFileHideReadOnly;
+  const std::optional<std::string> path = prompt.ChooseFileToSave(chooser);
+  if (!path) return ListFileOutcome::kCancelled;
+  const std::vector<std::u16string> names = ListNames(catalogue, locale, list);
+  if (WriteListFile(files, locale.AnsiCodePage(), *path, names, format)) {
+    return ListFileOutcome::kDone;
+  }
+  prompt.ShowMessage(kAppTitle, LoadString(kIdsListExportFailed), MessageIcon::kError);
+  return ListFileOutcome::kFailed;
+}
+
+}  // namespace quillora
