@@ -43,7 +43,18 @@ class MainWindow : public QMainWindow {
   // Looks for changes another process committed; reloads when there are.
   void PollExternalChanges();
 
+  // What the dialogs work with. Each family of commands connects its menu
+  // actions (found by name with action()) in a file of its own, through an
+  // Install...Commands(MainWindow*) function called from the constructor.
+  DataContext& data() { return data_; }
+  EntryStore& entries() { return *entries_; }
+  EntryFilter& filter() { return filter_; }
+  const Clock& clock() const { return clock_; }
+  // The record id of the selected entry, 0 when none.
+  ObjectId SelectedRecordId() const;
+
   const Period& period() const { return *period_; }
+  Period& period() { return *period_; }
   PeriodBar* period_bar() const { return period_bar_; }
   QListView* entry_list() const { return list_; }
   EntryListModel* entry_model() const { return model_; }
@@ -59,7 +70,6 @@ class MainWindow : public QMainWindow {
   void OpenCaptionPicker();
   void DeleteSelectedEntry();
   void ScheduleReload();
-  ObjectId SelectedRecordId() const;
   QAction* AddAction(QMenu* menu, const QString& name, const QString& text,
                      bool enabled = true);
 
