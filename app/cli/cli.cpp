@@ -87,19 +87,17 @@ void PrintCommandHelp(const Command& c) {
   if (*c.details) std::printf("\n%s\n", c.details);
 }
 
-// No command and no display: the data folder is opened (created on first
-// use) and its state told, with the way to the window.
+// No command and no display: the entries of the current period, as `list`
+// prints them, and the way to the window.
 int StartWithoutCommand(CliContext& context) {
-  if (!context.OpenData()) return kExitFailed;
-  EntryStore entries(*context.data.volume);
-  if (!entries.Open()) return context.Fail(u"Unable to load database.");
-  DatabaseInfo info;
-  context.data.volume->GetDatabaseInfo(entries.database_id(), &info);
-  std::printf("Quillora %s\nData folder: %s\nTime entries: %u\n", QUILLORA_VERSION,
-              context.data_folder.c_str(), info.record_count);
+  Arguments none({});
+  const int status = kListCommand.run(context, none);
+  if (status != kExitDone) return status;
   std::printf(
-      "The window needs a display (DISPLAY or WAYLAND_DISPLAY); run 'quillora' from a\n"
-      "desktop session to open it, or 'quillora --help' for the commands.\n");
+      "\nQuillora %s, data folder %s.\nThe window needs a display (DISPLAY or "
+      "WAYLAND_DISPLAY): run 'quillora' from a desktop\nsession to open it, or "
+      "'quillora --help' for the commands.\n",
+      QUILLORA_VERSION, context.data_folder.c_str());
   return kExitDone;
 }
 

@@ -74,8 +74,8 @@ QSize EntryItemDelegate::sizeHint(const QStyleOptionViewItem& option,
   const TimeEntry& entry = model_->EntryAt(index.row());
   const auto item = BuildEntryListItem(entry, model_->settings(), model_->locale());
   const int text_height = option.fontMetrics.height();
-  return QSize(option.rect.width(),
-               static_cast<int>(item.lines.size()) * text_height + 4);
+  // The width is the view's: items never reach past its right edge.
+  return QSize(1, static_cast<int>(item.lines.size()) * text_height + 4);
 }
 
 void EntryItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -99,13 +99,19 @@ void EntryItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
   if (!selected && !item.colour.window_text) text = QColor::fromRgb(item.colour.rgb);
   painter->setPen(text);
   painter->setFont(option.font);
+  // The longest prefix that fits, found by halving.
   const CharactersThatFit fit = [&fm](std::u16string_view s, int width) {
-    int n = 0;
-    while (n < static_cast<int>(s.size()) &&
-           fm.horizontalAdvance(Q(std::u16string(s.substr(0, n + 1)))) <= width) {
-      ++n;
+    int low = 0, high = static_cast<int>(s.size());
+    while (low < high) {
+      const int mid = (low + high + 1) / 2;
+      if (fm.horizontalAdvance(Q(std::u16string(s.substr(0, static_cast<std::size_t>(mid))))) <=
+          width) {
+        low = mid;
+      } else {
+        high = mid - 1;
+      }
     }
-    return n;
+    return low;
   };
   for (std::size_t i = 0; i < item.lines.size() && i < layout.lines.size(); ++i) {
     const ItemRect& line = layout.lines[i];

@@ -48,6 +48,8 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   list_->setModel(model_);
   list_->setItemDelegate(new EntryItemDelegate(model_, list_));
   list_->setUniformItemSizes(false);
+  list_->setResizeMode(QListView::Adjust);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setSelectionMode(QAbstractItemView::SingleSelection);
   QFont font = list_->font();
   font.setBold(data_.settings.option_bits & kOptionBoldFont);

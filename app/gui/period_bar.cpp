@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QStyle>
+#include <algorithm>
 
 namespace quillora {
 
@@ -15,7 +16,8 @@ PeriodBar::PeriodBar(QWidget* parent) : QWidget(parent) {
   previous_->setAccessibleName(tr("Previous Period"));
   caption_ = new QToolButton(this);
   caption_->setToolButtonStyle(Qt::ToolButtonTextOnly);
-  caption_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  caption_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  caption_->setMinimumWidth(40);
   QFont bold = caption_->font();
   bold.setBold(true);
   caption_->setFont(bold);
@@ -41,9 +43,21 @@ PeriodBar::PeriodBar(QWidget* parent) : QWidget(parent) {
 }
 
 void PeriodBar::SetCaption(const QString& caption, const QString& week_number) {
-  caption_->setText(caption);
+  caption_text_ = caption;
   week_->setText(week_number);
   week_->setVisible(!week_number.isEmpty());
+  ShowCaption();
+}
+
+void PeriodBar::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  ShowCaption();
+}
+
+void PeriodBar::ShowCaption() {
+  const int room = std::max(0, caption_->width() - 8);
+  caption_->setText(caption_->fontMetrics().elidedText(caption_text_, Qt::ElideRight, room));
+  caption_->setToolTip(caption_text_);
 }
 
 }  // namespace quillora

@@ -22,8 +22,12 @@ class PeriodBar : public QWidget {
   QToolButton* previous_button() const { return previous_; }
   QToolButton* next_button() const { return next_; }
   QToolButton* today_button() const { return today_; }
-  QString caption() const { return caption_->text(); }
+  // The whole caption; the button shows it cut with "..." when it is narrow.
+  QString caption() const { return caption_text_; }
   QString week_number() const { return week_->text(); }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
 
  signals:
   void PreviousPeriod();
@@ -37,6 +41,9 @@ class PeriodBar : public QWidget {
   QToolButton* next_;
   QToolButton* today_;
   QLabel* week_;
+  QString caption_text_;
+
+  void ShowCaption();
 };
 
 }  // namespace quillora
