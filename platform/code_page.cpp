@@ -3,6 +3,7 @@
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_cb.h>
 
+#include <array>
 #include <map>
 #include <memory>
 
@@ -72,9 +73,36 @@ UConverter* ConverterFor(int code_page) {
 
 bool IsCodePageSupported(int code_page) { return OpenConverter(code_page) != nullptr; }
 
-std::string ToAnsi(std::u16string_view text, int code_page) {
+// For a single-byte code page, every UTF-16 unit's byte in one table: the
+// byte whose character the unit is ("?" when none), built from the code
+// page's own byte-to-character mapping so that only round-trip mappings are
+// used, as the converter does without best fit.
+const std::array<char, 65536>* SingleByteTable(int code_page) {
+  thread_local std::map<int, std::unique_ptr<std::array<char, 65536>>> tables;
+  auto found = tables.find(code_page);
+  if (found != tables.end()) return found->second.get();
+  std::unique_ptr<std::array<char, 65536>> table;
   UConverter* converter = ConverterFor(code_page);
-  if (converter == nullptr || text.empty()) return {};
+  if (converter != nullptr && ucnv_getMaxCharSize(converter) == 1) {
+    table = std::make_unique<std::array<char, 65536>>();
+    table->fill('?');
+    for (int b = 255; b >= 0; --b) {
+      const std::u16string unit = FromAnsi(std::string(1, static_cast<char>(b)), code_page);
+      if (unit.size() == 1 && unit[0] != 0xFFFD) (*table)[unit[0]] = static_cast<char>(b);
+    }
+  }
+  return tables.emplace(code_page, std::move(table)).first->second.get();
+}
+
+std::string ToAnsi(std::u16string_view text, int code_page) {
+  if (text.empty()) return {};
+  if (const auto* table = SingleByteTable(code_page)) {
+    std::string out(text.size(), '?');
+    for (std::size_t i = 0; i < text.size(); ++i) out[i] = (*table)[text[i]];
+    return out;
+  }
+  UConverter* converter = ConverterFor(code_page);
+  if (converter == nullptr) return {};
   std::string out(
       UCNV_GET_MAX_BYTES_FOR_STRING(text.size(), ucnv_getMaxCharSize(converter)), '\0');
   const UChar* source = text.data();

@@ -80,3 +80,32 @@ TEST(CodePageTest, ConvertsUtf16LittleEndian) {
 
 }  // namespace
 }  // namespace quillora
+
+namespace quillora {
+namespace {
+
+// Every unit a single-byte code page writes as a byte other than "?" reads
+// back as itself, and every byte that reads as a character writes back as
+// that byte: only round-trip mappings, no best fit.
+TEST(CodePageTest, SingleByteCodePagesUseRoundTripMappingsOnly) {
+  for (int code_page : {1250, 1251, 1252, 1253, 1254, 1257}) {
+    for (std::uint32_t u = 1; u < 0x10000; ++u) {
+      const std::u16string unit(1, static_cast<char16_t>(u));
+      const std::string byte = ToAnsi(unit, code_page);
+      ASSERT_EQ(byte.size(), 1u) << code_page << " U+" << std::hex << u;
+      if (byte != "?") {
+        ASSERT_EQ(FromAnsi(byte, code_page), unit) << code_page << " U+" << std::hex << u;
+      }
+    }
+    for (int b = 1; b < 256; ++b) {
+      const std::string byte(1, static_cast<char>(b));
+      const std::u16string unit = FromAnsi(byte, code_page);
+      if (unit != u"\ufffd") {
+        EXPECT_EQ(ToAnsi(unit, code_page), byte) << code_page << " byte " << b;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quillora

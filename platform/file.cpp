@@ -9,14 +9,58 @@
 namespace quillora {
 namespace {
 
+// Writes are gathered into blocks of 64 KiB: an export writes a line at a
+// time, and a system call per line would cost more than the rest of the
+// export. A write that fails (disk full) reports the failure at the call that
+// sends the block; what the disk took stays in the file.
 class PosixWritableFile : public WritableFile {
  public:
-  explicit PosixWritableFile(int fd) : fd_(fd) {}
+  explicit PosixWritableFile(int fd) : fd_(fd) { buffer_.reserve(kBlock); }
   ~PosixWritableFile() override {
-    if (fd_ >= 0) ::close(fd_);
+    if (fd_ >= 0) {
+      Flush();
+      ::close(fd_);
+    }
   }
 
   bool Write(const char* data, std::size_t size) override {
+    if (fd_ < 0 || failed_) return false;
+    if (buffer_.size() + size <= kBlock) {
+      buffer_.append(data, size);
+      return true;
+    }
+    if (!Flush()) return false;
+    if (size <= kBlock) {
+      buffer_.append(data, size);
+      return true;
+    }
+    failed_ = !WriteAll(data, size);
+    return !failed_;
+  }
+
+  bool Close() override {
+    if (fd_ < 0) return false;
+    const bool flushed = Flush();
+    // A file reported written must survive a power loss. Devices such as
+    // /dev/full cannot be synced (EINVAL); that is no failure of ours.
+    bool ok = ::fsync(fd_) == 0 || errno == EINVAL || errno == EROFS;
+    ok = ::close(fd_) == 0 && ok && flushed;
+    fd_ = -1;
+    return ok;
+  }
+
+ private:
+  static constexpr std::size_t kBlock = 64 * 1024;
+
+  bool Flush() {
+    if (failed_) return false;
+    if (buffer_.empty()) return true;
+    failed_ = !WriteAll(buffer_.data(), buffer_.size());
+    buffer_.clear();
+    return !failed_;
+  }
+
+  bool WriteAll(const char* data, std::size_t size) {
     while (size > 0) {
       const ssize_t n = ::write(fd_, data, size);
       if (n < 0 && errno == EINTR) continue;
@@ -27,18 +71,9 @@ class PosixWritableFile : public WritableFile {
     return true;
   }
 
-  bool Close() override {
-    if (fd_ < 0) return false;
-    // A file reported written must survive a power loss. Devices such as
-    // /dev/full cannot be synced (EINVAL); that is no failure of ours.
-    bool ok = ::fsync(fd_) == 0 || errno == EINVAL || errno == EROFS;
-    ok = ::close(fd_) == 0 && ok;
-    fd_ = -1;
-    return ok;
-  }
-
- private:
   int fd_;
+  std::string buffer_;
+  bool failed_ = false;
 };
 
 class PosixFileSystem : public FileSystem {

@@ -49,7 +49,13 @@ TEST(FileTest, AFullDiskKeepsWhatFitAndFailsTheRest) {
   third.ReadWholeFile(dir.File("g"), &back);
   EXPECT_EQ(back, "124");
   if (auto full = FileSystem::Posix().CreateAlways("/dev/full")) {
-    EXPECT_FALSE(full->Write("x", 1));
+    // Small writes are gathered; the full disk shows at the latest on closing.
+    full->Write("x", 1);
+    EXPECT_FALSE(full->Close());
+    auto big = FileSystem::Posix().CreateAlways("/dev/full");
+    const std::string block(200 * 1024, 'y');
+    EXPECT_FALSE(big->Write(block.data(), block.size()));
+    EXPECT_FALSE(big->Write("z", 1)) << "nothing more after a failed write";
   }
 }
 

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/text.h"
@@ -68,6 +69,20 @@ std::vector<Token> Tokenize(std::u16string_view picture, std::u16string_view fie
     }
   }
   return tokens;
+}
+
+// Tokenize with the pictures already seen kept: exports format every entry
+// with the same few pictures.
+const std::vector<Token>& CachedTokens(std::u16string_view picture,
+                                       std::u16string_view fields) {
+  thread_local std::unordered_map<std::u16string, std::vector<Token>> cache;
+  std::u16string key(fields);
+  key += u'\0';
+  key += picture;
+  auto found = cache.find(key);
+  if (found != cache.end()) return found->second;
+  if (cache.size() > 64) cache.clear();
+  return cache.emplace(std::move(key), Tokenize(picture, fields)).first->second;
 }
 
 void AppendNumber(std::u16string& out, int value, int min_digits) {
@@ -463,7 +478,7 @@ std::u16string Locale::FormatDate(const SystemTime& date,
   const int year = date.year, month = date.month, day = date.day;
   if (month < 1 || month > 12 || day < 1 || day > DaysInMonth(year, month)) return {};
   const LocaleProfile& p = Profile();
-  std::vector<Token> tokens = Tokenize(picture, u"dMyg");
+  const std::vector<Token>& tokens = CachedTokens(picture, u"dMyg");
   // Month names take their genitive form when the day of the month is shown.
   bool with_day = false;
   for (const Token& t : tokens) with_day = with_day || (t.letter == u'd' && t.count <= 2);
@@ -531,7 +546,7 @@ std::u16string Locale::FormatTime(const SystemTime& time, std::u16string_view pi
   // End of the text of the last field written: dropped seconds take the
   // separator written since then with them.
   std::size_t field_end = 0;
-  for (const Token& t : Tokenize(picture, u"hHmst")) {
+  for (const Token& t : CachedTokens(picture, u"hHmst")) {
     const int digits = t.count == 1 ? 1 : 2;
     switch (t.letter) {
       case 0:
