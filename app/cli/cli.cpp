@@ -73,9 +73,9 @@ void PrintHelp() {
       "  --help           this text; 'quillora COMMAND --help' for one command\n"
       "  --version        the version\n"
       "\n"
-      "Commands:\n");
+      "Commands ('quillora COMMAND --help' gives each one's options):\n");
   for (const Command* c : kCommands) {
-    std::printf("  %-28s %s\n", c->usage, c->summary);
+    std::printf("  %-16s %s\n", c->name, c->summary);
   }
   std::printf(
       "\nDates are YYYY-MM-DD, times HH:MM. Exit status: 0 done, 1 refused or failed,\n"

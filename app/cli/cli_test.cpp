@@ -47,7 +47,7 @@ TEST_F(CliTest, HelpVersionAndUsageErrors) {
   auto r = RunQuillora(Data(), {"--help"});
   EXPECT_EQ(r.status, 0);
   EXPECT_NE(r.out.find("Usage: quillora"), std::string::npos);
-  EXPECT_NE(r.out.find("settings show"), std::string::npos);
+  EXPECT_NE(r.out.find("\n  settings "), std::string::npos);
   r = RunQuillora(Data(), {"--version"});
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out.rfind("quillora ", 0), 0u);
