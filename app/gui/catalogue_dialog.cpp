@@ -143,6 +143,9 @@ CatalogueDialog::CatalogueDialog(DataContext& data, UserPrompt& prompt, QWidget*
     auto* b = new QPushButton(text, this);
     b->setObjectName(name);
     b->setAutoDefault(false);
+    // Three to a row share the width, down to a handheld's 240 pixels.
+    b->setMinimumWidth(0);
+    b->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     connect(b, &QPushButton::clicked, this, slot);
     commands->addWidget(b, row, column);
     return b;
@@ -189,6 +192,9 @@ void CatalogueDialog::Rebuild() {
   for (const Client& c : ClientList(catalogue_.clients)) {
     auto* client = new QTreeWidgetItem(tree_);
     client->setText(0, ToQString(c.name));
+    QFont bold = client->font(0);
+    bold.setBold(true);
+    client->setFont(0, bold);
     client->setData(0, kKindRole, static_cast<int>(Kind::kClient));
     client->setData(0, kClientRole, c.number);
     client->setData(0, kRecordRole, c.record_id);

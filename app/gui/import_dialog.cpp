@@ -2,7 +2,9 @@
 
 #include <QAbstractButton>
 #include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
@@ -10,6 +12,29 @@
 #include "store/string_table.h"
 
 namespace quillora {
+namespace {
+
+// A choice's text: wraps on a narrow screen, and a tap on it takes the
+// choice as a tap on the button does.
+class ChoiceLabel : public QLabel {
+ public:
+  ChoiceLabel(const QString& text, QRadioButton* radio, QWidget* parent)
+      : QLabel(text, parent), radio_(radio) {
+    setWordWrap(true);
+    setBuddy(radio);
+  }
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    if (radio_->isEnabled()) radio_->click();
+    event->accept();
+  }
+
+ private:
+  QRadioButton* radio_;
+};
+
+}  // namespace
 
 ImportDialog::ImportDialog(const CatalogueTreeItem& selected, QWidget* parent)
     : QDialog(parent), group_(new QButtonGroup(this)) {
@@ -18,16 +43,21 @@ ImportDialog::ImportDialog(const CatalogueTreeItem& selected, QWidget* parent)
   auto* caption = new QLabel(ToQString(kSelectImportTypeLabel), this);
   layout->addWidget(caption);
   const bool has_client = selected.kind != CatalogueTreeItem::Kind::kNone;
+  auto* choices = new QGridLayout();
+  choices->setColumnStretch(1, 1);
   for (int kind = 0; kind < 5; ++kind) {
-    auto* radio = new QRadioButton(ToQString(kListKindLabels[kind]), this);
+    auto* radio = new QRadioButton(this);
     radio->setObjectName(QString("kind%1").arg(kind));
-    // Long choices wrap on a narrow screen instead of widening the dialog.
-    radio->setToolTip(radio->text());
+    radio->setAccessibleName(ToQString(kListKindLabels[kind]));
+    auto* label = new ChoiceLabel(ToQString(kListKindLabels[kind]), radio, this);
     const bool offered = kind == 0 || has_client;
     radio->setEnabled(offered);
+    label->setEnabled(offered);
     group_->addButton(radio, kind);
-    layout->addWidget(radio);
+    choices->addWidget(radio, kind, 0, Qt::AlignTop);
+    choices->addWidget(label, kind, 1);
   }
+  layout->addLayout(choices);
   group_->button(0)->setChecked(true);
   auto* buttons =
       new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);

@@ -42,6 +42,8 @@ RateSetupDialog::RateSetupDialog(DataContext& data, UserPrompt& prompt, QWidget*
     auto* b = new QPushButton(text, this);
     b->setObjectName(name);
     b->setAutoDefault(false);
+    b->setMinimumWidth(0);
+    b->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     connect(b, &QPushButton::clicked, this, slot);
     commands->addWidget(b, 0, column);
     return b;
@@ -87,6 +89,9 @@ void RateSetupDialog::Rebuild() {
   for (const RateGroup& group : rate_tree.groups) {
     auto* heading = new QTreeWidgetItem(tree_);
     heading->setText(0, ToQString(group.heading));
+    QFont bold = heading->font(0);
+    bold.setBold(true);
+    heading->setFont(0, bold);
     heading->setData(0, kClientRole, group.client);
     for (const Rate& rate : group.rates) {
       auto* item = new QTreeWidgetItem(heading);
