@@ -1,0 +1,404 @@
+// The clients dialog offscreen: its tree, adding, renaming, deleting and
+// moving with their questions and refusals, the list import and export and
+// the contacts dialog, and the main window's commands that open it.
+#include <QtTest>
+#include <deque>
+
+#include "app/gui/catalogue_commands.h"
+#include "app/gui/catalogue_dialog.h"
+#include "app/gui/contacts_import_dialog.h"
+#include "app/gui/import_dialog.h"
+#include "app/gui/main_window.h"
+#include "app/gui/move_dialog.h"
+#include "app/gui/name_dialog.h"
+#include "app/gui/qt_text.h"
+#include "tests/fake_prompt.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+constexpr char16_t kBlank[] = u"Please enter some text. Blank is not allowed.";
+constexpr char16_t kDeleteClient[] =
+    u"This will also delete all associated projects, tasks, contacts, and rates. "
+    u"However, time entries are preserved. Are you sure?";
+constexpr char16_t kDeleteProject[] =
+    u"Are you sure to delete this project and all its tasks?";
+constexpr char16_t kDeleteList[] = u"Are you to delete the entire list?";
+constexpr char16_t kImportFailed[] =
+    u"Unable to import data. Please close some applications and try again.";
+
+class FixedContacts : public ContactsSource {
+ public:
+  bool ReadContacts(std::vector<ContactRow>* rows) override {
+    *rows = {{7, u"Young, Ada", u"Zeta Ltd"}, {8, u"Baker, Tom", u"Acme"},
+             {9, u"Moss, Jen", u""}};
+    return true;
+  }
+};
+
+// The tree as indented lines, for comparing whole shapes.
+QStringList Lines(const QTreeWidgetItem* item, int depth = 0) {
+  QStringList lines;
+  for (int i = 0; i < item->childCount(); ++i) {
+    lines << QString(depth * 2, ' ') + item->child(i)->text(0);
+    lines << Lines(item->child(i), depth + 1);
+  }
+  return lines;
+}
+
+class CatalogueDialogTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<testing::TempDir> dir_;
+  std::unique_ptr<DataContext> data_;
+  std::unique_ptr<CatalogueDialog> dialog_;
+  testing::FakePrompt prompt_;
+  // What each dialog the commands show does, in order.
+  std::deque<std::function<int(QDialog&)>> script_;
+  ClientId acme_ = 0;
+  ClientId globex_ = 0;
+
+  Catalogue& cat() { return *data_->catalogue; }
+  const Locale& locale() { return *data_->locale; }
+
+  QStringList TreeLines() { return Lines(dialog_->tree()->invisibleRootItem()); }
+  QStringList ClientLines(const QString& client) {
+    QStringList lines;
+    bool in = false;
+    for (const QString& line : TreeLines()) {
+      if (!line.startsWith(' ')) in = line == client;
+      if (in) lines << line;
+    }
+    return lines;
+  }
+  QStringList Shown() {
+    QStringList texts;
+    for (const auto& t : prompt_.Texts()) texts << ToQString(t);
+    return texts;
+  }
+  // A name dialog: each text in turn is typed and OK pressed.
+  void ScriptName(QStringList texts) {
+    script_.push_back([texts](QDialog& d) {
+      auto* name = qobject_cast<NameDialog*>(&d);
+      if (!name) return -1;
+      for (const QString& t : texts) {
+        name->line()->setText(t);
+        name->accept();
+      }
+      return name->result();
+    });
+  }
+
+ private slots:
+  void init() {
+    dir_ = std::make_unique<testing::TempDir>();
+    data_ = std::make_unique<DataContext>();
+    std::string error;
+    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
+    QVERIFY(OpenCatalogue(data_.get()));
+    acme_ = AddClient(cat().clients, u"Acme");
+    globex_ = AddClient(cat().clients, u"Globex");
+    AddProject(cat().projects, locale(), acme_, u"Web", u"");
+    AddProject(cat().projects, locale(), acme_, u"Web", u"Design");
+    AddProject(cat().projects, locale(), acme_, u"App", u"");
+    AddItem(cat().tasks, locale(), acme_, u"Call");
+    AddItem(cat().contacts, locale(), acme_, u"Sam");
+    prompt_ = testing::FakePrompt();
+    script_.clear();
+    dialog_ = std::make_unique<CatalogueDialog>(*data_, prompt_);
+    dialog_->SetDialogRunner([this](QDialog& d) {
+      if (script_.empty()) return int(QDialog::Rejected);
+      auto step = std::move(script_.front());
+      script_.pop_front();
+      return step(d);
+    });
+  }
+
+  void cleanup() {
+    dialog_.reset();
+    data_.reset();
+    dir_.reset();
+  }
+
+  void TreeShowsClientsWithTheirThreeGroups() {
+    QCOMPARE(TreeLines(), QStringList({"Acme", "  Projects", "    Web", "      Design",
+                                       "    App", "  Tasks", "    Call", "  Contacts",
+                                       "    Sam", "Globex", "  Projects", "  Tasks",
+                                       "  Contacts"}));
+    QCOMPARE(dialog_->tree()->currentItem()->text(0), QString("Acme"));
+    QVERIFY(dialog_->Select({"Acme", "Projects", "Web", "Design"}));
+    const CatalogueTreeItem item = dialog_->SelectedItem();
+    QCOMPARE(item.kind, CatalogueTreeItem::Kind::kProjectTask);
+    QCOMPARE(item.client, acme_);
+    QVERIFY(item.project == u"Web");
+  }
+
+  void AddingRefusesABlankNameAndStaysOpen() {
+    dialog_->tree()->setCurrentItem(nullptr);
+    ScriptName({"", "Zeta"});
+    dialog_->AddItem();
+    QCOMPARE(Shown(), QStringList({ToQString(kBlank)}));
+    QCOMPARE(prompt_.shown[0].title, std::u16string(u"Quillora"));
+    QVERIFY(FindClient(cat().clients, u"Zeta"));
+    QCOMPARE(dialog_->tree()->currentItem()->text(0), QString("Zeta"));
+
+    ScriptName({""});  // blank, then the user cancels
+    QVERIFY(dialog_->Select({"Globex", "Projects"}));
+    dialog_->AddItem();
+    QCOMPARE(ClientLines("Globex"), QStringList({"Globex", "  Projects", "  Tasks",
+                                                 "  Contacts"}));
+  }
+
+  void AddingGoesUnderTheSelectedGroupOrProject() {
+    const struct {
+      QStringList select;
+      QString name;
+      QStringList selected_after;
+    } cases[] = {
+        {{"Globex", "Projects"}, "Audit", {"Globex", "Projects", "Audit"}},
+        {{"Globex", "Projects", "Audit"}, "Review", {"Globex", "Projects", "Audit", "Review"}},
+        {{"Globex", "Projects", "Audit", "Review"}, "Report",
+         {"Globex", "Projects", "Audit", "Report"}},
+        {{"Globex", "Tasks"}, "Mail", {"Globex", "Tasks", "Mail"}},
+        {{"Globex", "Contacts"}, "Lee", {"Globex", "Contacts", "Lee"}},
+        {{"Globex", "Contacts", "Lee"}, "Kim", {"Globex", "Contacts", "Kim"}},
+    };
+    for (const auto& c : cases) {
+      QVERIFY2(dialog_->Select(c.select), qPrintable(c.select.join('/')));
+      ScriptName({c.name});
+      dialog_->AddItem();
+      QStringList path;
+      for (auto* i = dialog_->tree()->currentItem(); i; i = i->parent()) path.prepend(i->text(0));
+      QCOMPARE(path, c.selected_after);
+    }
+    QCOMPARE(ClientLines("Globex"),
+             QStringList({"Globex", "  Projects", "    Audit", "      Review", "      Report",
+                          "  Tasks", "    Mail", "  Contacts", "    Lee", "    Kim"}));
+    QVERIFY(Shown().isEmpty());
+  }
+
+  void RenamingKeepsTheRecordsAndRefusesATakenClientName() {
+    QVERIFY(dialog_->Select({"Acme", "Projects", "Web"}));
+    ScriptName({"Site"});
+    dialog_->RenameItem();
+    QVERIFY(dialog_->Select({"Acme", "Tasks", "Call"}));
+    ScriptName({"Phone"});
+    dialog_->RenameItem();
+    QVERIFY(dialog_->Select({"Acme", "Contacts", "Sam"}));
+    ScriptName({"", "Samuel"});
+    dialog_->RenameItem();
+    QCOMPARE(ClientLines("Acme"),
+             QStringList({"Acme", "  Projects", "    Site", "      Design", "    App",
+                          "  Tasks", "    Phone", "  Contacts", "    Samuel"}));
+    QCOMPARE(Shown(), QStringList({ToQString(kBlank)}));
+
+    QVERIFY(dialog_->Select({"Acme"}));
+    ScriptName({"Globex"});
+    dialog_->RenameItem();
+    QCOMPARE(Shown().last(), QString("There is a client of that name already."));
+    ScriptName({"Acme Corp"});
+    dialog_->RenameItem();
+    Client renamed;
+    QVERIFY(FindClient(cat().clients, u"Acme Corp", &renamed));
+    QCOMPARE(renamed.number, acme_);
+    QCOMPARE(dialog_->tree()->currentItem()->text(0), QString("Acme Corp"));
+    QVERIFY(dialog_->Select({"Acme Corp", "Tasks"}));
+    QVERIFY(!dialog_->findChild<QPushButton*>("rename")->isEnabled());  // groups keep their names
+  }
+
+  void DeletingAsksForClientsProjectsAndWholeLists() {
+    // No keeps the client; the question is the catalogue's.
+    QVERIFY(dialog_->Select({"Acme"}));
+    prompt_.answers = {Answer::kNo};
+    dialog_->DeleteItem();
+    QCOMPARE(Shown(), QStringList({ToQString(kDeleteClient)}));
+    QCOMPARE(prompt_.shown[0].default_answer, Answer::kNo);
+    QVERIFY(FindClient(cat().clients, u"Acme"));
+
+    QVERIFY(dialog_->Select({"Acme", "Projects", "Web"}));
+    prompt_.answers = {Answer::kYes};
+    dialog_->DeleteItem();
+    QCOMPARE(Shown().last(), ToQString(kDeleteProject));
+    QVERIFY(dialog_->Select({"Acme", "Tasks", "Call"}));
+    const auto asked = prompt_.shown.size();
+    dialog_->DeleteItem();
+    QCOMPARE(prompt_.shown.size(), asked);  // a task goes without a question
+    QCOMPARE(ClientLines("Acme"), QStringList({"Acme", "  Projects", "    App", "  Tasks",
+                                               "  Contacts", "    Sam"}));
+    QCOMPARE(dialog_->tree()->currentItem()->text(0), QString("Tasks"));
+
+    QVERIFY(dialog_->Select({"Acme", "Contacts"}));
+    prompt_.answers = {Answer::kYes};
+    dialog_->DeleteItem();
+    QCOMPARE(Shown().last(), ToQString(kDeleteList));
+    QVERIFY(ItemsOf(cat().contacts, acme_).empty());
+
+    QVERIFY(dialog_->Select({"Acme"}));
+    prompt_.answers = {Answer::kYes};
+    dialog_->DeleteItem();
+    QCOMPARE(TreeLines(), QStringList({"Globex", "  Projects", "  Tasks", "  Contacts"}));
+    QVERIFY(ProjectRecords(cat().projects, acme_).empty());
+  }
+
+  void MovingTakesTheCheckedProjectsAndTasksToAnotherClient() {
+    QVERIFY(dialog_->Select({"Acme", "Projects", "Web"}));
+    script_.push_back([](QDialog& d) {
+      auto* move = qobject_cast<MoveDialog*>(&d);
+      if (!move) return -1;
+      // The selected project starts checked; the target list has only Globex.
+      if (move->project_list()->item(0)->checkState() != Qt::Checked) return -2;
+      if (move->target()->count() != 1) return -3;
+      move->task_list()->item(0)->setCheckState(Qt::Checked);
+      return int(QDialog::Accepted);
+    });
+    dialog_->MoveItems();
+    QCOMPARE(ClientLines("Acme"), QStringList({"Acme", "  Projects", "    App", "  Tasks",
+                                               "  Contacts", "    Sam"}));
+    QCOMPARE(ClientLines("Globex"),
+             QStringList({"Globex", "  Projects", "    Web", "      Design", "  Tasks",
+                          "    Call", "  Contacts"}));
+    QCOMPARE(dialog_->tree()->currentItem()->text(0), QString("Projects"));
+    QCOMPARE(dialog_->tree()->currentItem()->parent()->text(0), QString("Globex"));
+  }
+
+  void ImportAddsTheFilesNamesUnderTheSelection() {
+    const std::string path = dir_->File("projects.txt");
+    testing::WriteFileBytes(path, "Alpha\r\n\r\nBeta\nWeb\rGamma");
+    QVERIFY(dialog_->Select({"Acme", "Contacts", "Sam"}));
+    script_.push_back([](QDialog& d) {
+      auto* import = qobject_cast<ImportDialog*>(&d);
+      if (!import) return -1;
+      if (!import->IsOffered(ListKind::kProjects)) return -2;
+      import->SetKind(ListKind::kProjects);
+      return int(QDialog::Accepted);
+    });
+    prompt_.files = {path};
+    dialog_->Import();
+    QVERIFY(prompt_.choosers.at(0).filter == u"List File (*.txt)|*.txt|");
+    QCOMPARE(ClientLines("Acme").mid(0, 7),
+             QStringList({"Acme", "  Projects", "    Web", "      Design", "    App",
+                          "    Alpha", "    Beta"}));
+    QCOMPARE(dialog_->tree()->currentItem()->text(0), QString("Sam"));
+
+    // A UTF-16 file holding only its mark is refused.
+    testing::WriteFileBytes(path, std::string("\xFF\xFE", 2));
+    script_.push_back([](QDialog& d) {
+      qobject_cast<ImportDialog*>(&d)->SetKind(ListKind::kTasks);
+      return int(QDialog::Accepted);
+    });
+    prompt_.files = {path};
+    dialog_->Import();
+    QCOMPARE(Shown(), QStringList({ToQString(kImportFailed)}));
+    QCOMPARE(prompt_.shown[0].icon, MessageIcon::kError);
+  }
+
+  void ImportWithoutAClientOffersOnlyClients() {
+    dialog_->tree()->setCurrentItem(nullptr);
+    const std::string path = dir_->File("clients.txt");
+    testing::WriteFileBytes(path, std::string("\xFF\xFE" "N\0e\0w\0\n\0G\0l\0o\0b\0e\0x\0", 22));
+    bool offered_others = true;
+    script_.push_back([&](QDialog& d) {
+      auto* import = qobject_cast<ImportDialog*>(&d);
+      offered_others = import->IsOffered(ListKind::kProjects) ||
+                       import->IsOffered(ListKind::kContactsApplication);
+      return int(QDialog::Accepted);
+    });
+    prompt_.files = {path};
+    dialog_->Import();
+    QVERIFY(!offered_others);
+    QCOMPARE(TreeLines().filter(QRegularExpression("^\\S")),
+             QStringList({"Acme", "Globex", "New"}));
+  }
+
+  void ContactsDialogAddsTheCheckedRowsInSortedOrder() {
+    dialog_->SetContactsSourceFactory([] { return std::make_unique<FixedContacts>(); });
+    QVERIFY(dialog_->Select({"Globex"}));
+    QStringList rows;
+    QStringList headers;
+    script_.push_back([](QDialog& d) {
+      qobject_cast<ImportDialog*>(&d)->SetKind(ListKind::kContactsApplication);
+      return int(QDialog::Accepted);
+    });
+    script_.push_back([&](QDialog& d) {
+      auto* contacts = qobject_cast<ContactsImportDialog*>(&d);
+      if (!contacts) return -1;
+      QTreeWidget* list = contacts->list();
+      for (int c = 0; c < 2; ++c) headers << list->headerItem()->text(c);
+      for (int r = 0; r < list->topLevelItemCount(); ++r) {
+        rows << list->topLevelItem(r)->text(0) + "|" + list->topLevelItem(r)->text(1);
+      }
+      list->topLevelItem(2)->setCheckState(0, Qt::Checked);
+      list->topLevelItem(0)->setCheckState(0, Qt::Checked);
+      return int(QDialog::Accepted);
+    });
+    dialog_->Import();
+    QCOMPARE(headers, QStringList({"File As", "Company"}));
+    QCOMPARE(rows, QStringList({"Baker, Tom|Acme", "Moss, Jen|", "Young, Ada|Zeta Ltd"}));
+    QCOMPARE(ClientLines("Globex"),
+             QStringList({"Globex", "  Projects", "  Tasks", "  Contacts", "    Baker, Tom",
+                          "    Young, Ada"}));
+
+    // Nothing checked adds nothing.
+    script_.push_back([](QDialog& d) {
+      qobject_cast<ImportDialog*>(&d)->SetKind(ListKind::kContactsApplication);
+      return int(QDialog::Accepted);
+    });
+    script_.push_back([](QDialog&) { return int(QDialog::Accepted); });
+    dialog_->Import();
+    QCOMPARE(ItemsOf(cat().contacts, globex_).size(), std::size_t{2});
+  }
+
+  void ListExportWritesTheSelectedLevel() {
+    const std::string path = dir_->File("list.txt");
+    QVERIFY(dialog_->Select({"Acme", "Projects", "Web", "Design"}));
+    prompt_.files = {path};
+    dialog_->ExportList();
+    QVERIFY(prompt_.choosers.at(0).filter == u"Text Files (*.txt)|*.txt|Unicode Text|*.txt|");
+    QCOMPARE(testing::ReadFileBytes(path), std::string("Design"));
+
+    dialog_->SetListExportFormat(ListFileFormat::kUnicode);
+    QVERIFY(dialog_->Select({"Globex"}));
+    prompt_.files = {path};
+    dialog_->ExportList();
+    QCOMPARE(testing::ReadFileBytes(path),
+             std::string("\xFF\xFE" "A\0c\0m\0e\0\r\0\n\0G\0l\0o\0b\0e\0x\0", 26));
+
+    prompt_.files = {std::nullopt};  // cancelled: nothing happens
+    dialog_->ExportList();
+    QVERIFY(Shown().isEmpty());
+  }
+
+  void MainWindowOpensTheCatalogueCommands() {
+    FixedClock clock(MakeSystemTime(2026, 11, 21, 10, 0, 0));
+    MainWindow window(*data_, clock);
+    window.SetPrompt(&prompt_);
+    QVERIFY(window.Open());
+    for (const char* name : {"clients", "rates", "import", "exportList"}) {
+      QVERIFY2(window.action(name)->isEnabled(), name);
+    }
+    // Each opens its dialog modally; it is closed from inside.
+    const struct {
+      const char* action;
+      QString title;
+    } cases[] = {{"clients", "Clients"}, {"rates", "Rate Setup"}};
+    for (const auto& c : cases) {
+      QString title;
+      QTimer::singleShot(0, [&] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (!modal) return;
+        title = modal->windowTitle();
+        qobject_cast<QDialog*>(modal)->reject();
+      });
+      window.action(c.action)->trigger();
+      QCOMPARE(title, c.title);
+    }
+  }
+};
+
+}  // namespace
+}  // namespace quillora
+
+QTEST_MAIN(quillora::CatalogueDialogTest)
+#include "catalogue_dialog_test.moc"

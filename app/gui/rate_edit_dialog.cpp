@@ -1,0 +1,85 @@
+#include "app/gui/rate_edit_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QVBoxLayout>
+
+#include "app/gui/qt_text.h"
+#include "app/gui/rate_icons.h"
+#include "store/string_table.h"
+#include "timekeeping/duration.h"
+
+namespace quillora {
+
+RateEditDialog::RateEditDialog(RateStore& rates, const Locale& locale, UserPrompt& prompt,
+                               const Rate& rate, QWidget* parent)
+    : QDialog(parent),
+      rates_(rates),
+      locale_(locale),
+      prompt_(prompt),
+      rate_(rate),
+      type_(new QComboBox(this)),
+      description_(new QLineEdit(this)),
+      value_(new QLineEdit(this)) {
+  setWindowTitle(rate.record_id ? tr("Edit Rate") : tr("New Rate"));
+  type_->setObjectName("type");
+  for (std::uint16_t t = 0; t < kRateTypeCount; ++t) {
+    type_->addItem(RateTypeIcon(t), ToQString(RateTypeName(t)));
+  }
+  type_->setPlaceholderText(tr("(choose a type)"));
+  type_->setCurrentIndex(rate.record_id && rate.type < kRateTypeCount ? rate.type : -1);
+  description_->setObjectName("description");
+  value_->setObjectName("value");
+  value_->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
+  if (rate.record_id) {
+    description_->setText(ToQString(rate.description));
+    value_->setText(ToQString(FormatHundredths(rate.value)));
+  }
+  auto* form = new QFormLayout();
+  form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+  form->addRow(tr("&Type:"), type_);
+  form->addRow(tr("&Description:"), description_);
+  form->addRow(tr("&Rate:"), value_);
+  auto* buttons =
+      new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, &RateEditDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &RateEditDialog::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(form);
+  layout->addStretch(1);
+  layout->addWidget(buttons);
+  setMinimumWidth(220);
+}
+
+void RateEditDialog::accept() {
+  RateInput input;
+  input.type = type_->currentIndex();
+  input.description = ToU16(description_->text());
+  input.value_text = ToU16(value_->text());
+  input.client = rate_.client;
+  input.record_id = rate_.record_id;
+  const std::u16string refusal = CheckRate(rates_, locale_, input);
+  if (!refusal.empty()) {
+    prompt_.ShowMessage(kAppTitle, refusal, MessageIcon::kExclamation);
+    if (input.type < 0) {
+      type_->setFocus();
+    } else if (input.description.empty()) {
+      description_->setFocus();
+    } else {
+      value_->setFocus();
+      value_->selectAll();
+    }
+    return;
+  }
+  double value = 0;
+  ParseRateText(input.value_text, &value);
+  const auto type = static_cast<std::uint16_t>(input.type);
+  if (rate_.record_id == 0) {
+    saved_ = AddRate(rates_, type, value, rate_.client, input.description, false);
+  } else if (rates_.Seek(SeekType::kObjectId, rate_.record_id) == rate_.record_id) {
+    saved_ = UpdateRate(rates_, type, value, rate_.client, input.description, rate_.flag);
+  }
+  QDialog::accept();
+}
+
+}  // namespace quillora
