@@ -2,7 +2,7 @@
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -62,17 +62,19 @@ FiltersDialog::FiltersDialog(FilterPage* page, QWidget* parent)
 
   auto* content = new QWidget;
   auto* column = new QVBoxLayout(content);
-  column->setContentsMargins(4, 4, 4, 4);
+  column->setContentsMargins(2, 2, 2, 2);
+  column->setSpacing(4);
   auto* form = new QFormLayout;
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   form->setContentsMargins(0, 0, 0, 0);
+  form->setVerticalSpacing(3);
   for (int i = 0; i < kFilterListCount; ++i) {
     const auto which = static_cast<FilterList>(i);
     const FilterPageList& model = page_->list(which);
     auto* list = new QComboBox(content);
     list->setObjectName(QString("filterList%1").arg(i));
     list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    list->setMinimumContentsLength(6);
+    list->setMinimumContentsLength(3);
     for (const std::u16string& item : model.items) list->addItem(Q(item));
     if (which != kFilterRateTypeList) {
       list->setEditable(true);
@@ -85,18 +87,20 @@ FiltersDialog::FiltersDialog(FilterPage* page, QWidget* parent)
   }
   column->addLayout(form);
 
-  auto* boxes = new QHBoxLayout;
-  boxes->setSpacing(6);
+  // Two boxes a row: the three side by side are too wide for a handheld.
+  auto* boxes = new QGridLayout;
+  boxes->setHorizontalSpacing(12);
+  boxes->setVerticalSpacing(2);
   unpaid_ = new QCheckBox(Q(kFilterUnpaidBox), content);
   paid_ = new QCheckBox(Q(kFilterPaidBox), content);
   non_billable_ = new QCheckBox(Q(kFilterNonBillableBox), content);
   unpaid_->setChecked(page_->unpaid);
   paid_->setChecked(page_->paid);
   non_billable_->setChecked(page_->non_billable);
-  boxes->addWidget(unpaid_);
-  boxes->addWidget(paid_);
-  boxes->addWidget(non_billable_);
-  boxes->addStretch(1);
+  boxes->addWidget(unpaid_, 0, 0);
+  boxes->addWidget(paid_, 0, 1);
+  boxes->addWidget(non_billable_, 1, 0);
+  boxes->setColumnStretch(2, 1);
   column->addLayout(boxes);
   column->addStretch(1);
 

@@ -80,7 +80,7 @@ QFont ListFont(const QFont& base, const Settings& settings) {
 std::unique_ptr<OptionsDialog> MakeOptionsDialog(MainWindow* window) {
   auto dialog = std::make_unique<OptionsDialog>(window->data().settings,
                                                 CurrencyNames(window->data()), window);
-  FitToWindow(dialog.get(), window, QSize(440, 460));
+  FitToWindow(dialog.get(), window, QSize(500, 460));
   return dialog;
 }
 

@@ -217,18 +217,32 @@ QComboBox* OptionsDialog::ColourList(const QString& name) {
   auto* list = new QComboBox;
   list->setObjectName(name);
   list->setIconSize(QSize(kSwatchWidth, kSwatchHeight));
+  list->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   for (int i = 0; i < kPaletteSize; ++i) {
     QPixmap swatch(kSwatchWidth, kSwatchHeight);
-    swatch.fill(ItemColour(i, palette()));
     QPainter painter(&swatch);
+    if (i == 0) {
+      // The window's own text colour: a sample of text on the window's base.
+      swatch.fill(palette().color(QPalette::Base));
+      QFont font = painter.font();
+      font.setPixelSize(kSwatchHeight - 3);
+      painter.setFont(font);
+      painter.setPen(ItemColour(0, palette()));
+      painter.drawText(swatch.rect(), Qt::AlignCenter, QStringLiteral("Aa"));
+    } else {
+      swatch.fill(ItemColour(i, palette()));
+    }
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawRect(0, 0, kSwatchWidth - 1, kSwatchHeight - 1);
     painter.end();
-    list->addItem(QIcon(swatch), i == 0 ? tr("Default") : QString());
-    list->setItemData(i, i == 0 ? tr("The window's text colour")
-                                : QString("#%1").arg(kItemPalette[static_cast<std::size_t>(i)],
-                                                     6, 16, QChar('0')).toUpper(),
-                      Qt::ToolTipRole);
+    list->addItem(QIcon(swatch), QString());
+    const QString tip =
+        i == 0 ? tr("Default")
+               : QString("#%1")
+                     .arg(kItemPalette[static_cast<std::size_t>(i)], 6, 16, QChar('0'))
+                     .toUpper();
+    list->setItemData(i, tip, Qt::ToolTipRole);
+    list->setItemData(i, tip, Qt::AccessibleTextRole);
   }
   return list;
 }
@@ -236,14 +250,14 @@ QComboBox* OptionsDialog::ColourList(const QString& name) {
 QWidget* OptionsDialog::BuildDisplayPage() {
   auto* page = new QWidget;
   auto* column = new QVBoxLayout(page);
-  auto* fields = new QWidget(page);
-  QFormLayout* form = NewForm(fields);
-  form->setContentsMargins(0, 0, 0, 0);
+  // The items are long for a handheld: the list sits under its label.
+  auto* entry_time_label = new QLabel(tr("Entry Time:"), page);
   entry_time_ = NewList("entryTime",
                         {tr("Duration, Start"), tr("Duration, Start, End"), tr("Start, End")},
-                        fields);
-  form->addRow(tr("Entry Time:"), entry_time_);
-  column->addWidget(fields);
+                        page);
+  entry_time_label->setBuddy(entry_time_);
+  column->addWidget(entry_time_label);
+  column->addWidget(entry_time_);
   client_name_ = new QCheckBox(tr("Show Client Name"), page);
   client_name_->setObjectName("showClientName");
   status_icon_ = new QCheckBox(tr("Show Status Icon"), page);

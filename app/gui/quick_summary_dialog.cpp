@@ -16,6 +16,10 @@ QString Q(const std::u16string& text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+// The room a cell's text needs beside it, and how far the font may shrink.
+constexpr int kCellPadding = 8;
+constexpr int kMostSmaller = 3;
+
 bool IsHeading(const QuickSummaryRow& row) {
   return row[0] == u"Total:" && row[1].empty() && row[2].empty();
 }
@@ -57,13 +61,14 @@ QuickSummaryDialog::QuickSummaryDialog(std::vector<QuickSummaryRow> rows,
       table_->setItem(static_cast<int>(r), c, item);
     }
   }
-  table_->installEventFilter(this);
-  layout->addWidget(table_, 3);
+  layout->addWidget(table_, 1);
 
   chart_ = new ProjectHoursChart(std::move(projects), this);
   chart_->setObjectName("projectChart");
   chart_->setVisible(!chart_->projects().empty());
-  layout->addWidget(chart_, 1);
+  chart_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+  layout->addWidget(chart_);
+  table_->installEventFilter(this);
 
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
   save_ = buttons->addButton(tr("Save as CSV..."), QDialogButtonBox::ActionRole);
@@ -85,6 +90,36 @@ void QuickSummaryDialog::FitColumns() {
   const std::array<int, 3> widths =
       QuickSummaryColumnWidths(table_->contentsRect().width(), scroll_bar);
   for (int c = 0; c < 3; ++c) table_->setColumnWidth(c, widths[static_cast<std::size_t>(c)]);
+
+  // On a narrow screen the font steps down, a point at a time and at most
+  // kMostSmaller points, until every text fits its cell.
+  QFont font = this->font();
+  const qreal base = font.pointSizeF();
+  for (int step = 0; step <= kMostSmaller && base > 0; ++step) {
+    font.setPointSizeF(base - step);
+    QFont bold = font;
+    bold.setBold(true);
+    const QFontMetrics plain_metrics(font);
+    const QFontMetrics bold_metrics(bold);
+    bool fits = true;
+    for (const QuickSummaryRow& row : rows_) {
+      const QFontMetrics& m = IsHeading(row) ? bold_metrics : plain_metrics;
+      for (std::size_t c = 0; c < 3 && fits; ++c) {
+        fits = m.horizontalAdvance(Q(row[c])) + kCellPadding <= widths[c];
+      }
+      if (!fits) break;
+    }
+    if (fits) break;
+  }
+  table_->setFont(font);
+  chart_->setFont(font);
+  QFont bold = font;
+  bold.setBold(true);
+  for (std::size_t r = 0; r < rows_.size(); ++r) {
+    if (!IsHeading(rows_[r])) continue;
+    for (int c = 0; c < 3; ++c) table_->item(static_cast<int>(r), c)->setFont(bold);
+  }
+  table_->verticalHeader()->setDefaultSectionSize(QFontMetrics(font).height() + 4);
 }
 
 bool QuickSummaryDialog::eventFilter(QObject* watched, QEvent* event) {

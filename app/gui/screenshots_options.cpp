@@ -24,7 +24,7 @@ void ShootOptionsDialogs(MainWindow* window, const QString& out) {
   for (int i = 0; i < options->pages()->count(); ++i) {
     options->pages()->setCurrentIndex(i);
     Grab(options.get(), kHandheld, out + "/options-" + tabs[i] + "-handheld.png");
-    Grab(options.get(), QSize(440, 460), out + "/options-" + tabs[i] + ".png");
+    Grab(options.get(), QSize(500, 460), out + "/options-" + tabs[i] + ".png");
   }
   options->hide();
 
