@@ -15,6 +15,7 @@
 #include <QWidgetAction>
 
 #include "app/gui/catalogue_commands.h"
+#include "app/gui/options_commands.h"
 #include "store/string_table.h"
 #include "store/time_entry.h"
 
@@ -83,6 +84,7 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   setMinimumSize(240, 320);
   resize(420, 620);
   InstallCatalogueCommands(this);
+  InstallOptionsCommands(this);
 }
 
 MainWindow::~MainWindow() = default;

@@ -6,6 +6,7 @@
 
 #include "app/gui/main_window.h"
 #include "app/gui/screenshots_catalogue.h"
+#include "app/gui/screenshots_options.h"
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
 
@@ -69,5 +70,6 @@ int main(int argc, char** argv) {
   Shoot(&window, QSize(240, 320), out + "/main-window-handheld.png");
   Shoot(&window, QSize(520, 640), out + "/main-window.png");
   ShootCatalogueDialogs(data, out);
+  ShootOptionsDialogs(&window, out);
   return 0;
 }
