@@ -4,7 +4,6 @@
 #include <QDateEdit>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileInfo>
 #include <QFormLayout>
 #include <QKeySequence>
 #include <QMenu>
@@ -14,6 +13,8 @@
 #include <QVBoxLayout>
 #include <QWidgetAction>
 
+#include "app/gui/backup_dialogs.h"
+#include "app/gui/data_commands.h"
 #include "store/string_table.h"
 #include "store/time_entry.h"
 
@@ -22,11 +23,6 @@ namespace {
 
 QString Q(const std::u16string& text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-std::u16string U(const QString& text) {
-  return std::u16string(reinterpret_cast<const char16_t*>(text.utf16()),
-                        static_cast<std::size_t>(text.size()));
 }
 
 QDate ToQDate(const SystemTime& st) { return QDate(st.year, st.month, st.day); }
@@ -79,6 +75,7 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   connect(&external_poll_, &QTimer::timeout, this, &MainWindow::PollExternalChanges);
   setMinimumSize(240, 320);
   resize(420, 620);
+  InstallDataCommands(this);
 }
 
 MainWindow::~MainWindow() = default;
@@ -322,20 +319,7 @@ void MainWindow::OpenCaptionPicker() {
 }
 
 void MainWindow::HandleCommandLine(const QStringList& arguments) {
-  for (const QString& argument : arguments) {
-    const QString suffix = QFileInfo(argument).suffix().toLower();
-    if (suffix == "qrd" || suffix == "qra") {
-      prompt_->ShowMessage(kAppTitle,
-                          U(QString("%1 can be restored from the File menu.").arg(argument)),
-                          MessageIcon::kInformation);
-    } else {
-      prompt_->ShowMessage(
-          kAppTitle, U(QString("Quillora cannot open %1: it is neither a backup (.qrd) nor "
-                               "an archive (.qra).")
-                           .arg(argument)),
-          MessageIcon::kExclamation);
-    }
-  }
+  OpenHandedFiles(this, arguments);
 }
 
 }  // namespace quillora

@@ -5,6 +5,7 @@
 #include <QDir>
 
 #include "app/gui/main_window.h"
+#include "app/gui/screenshots_data.h"
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
 
@@ -67,5 +68,6 @@ int main(int argc, char** argv) {
   window.entry_list()->setCurrentIndex(window.entry_model()->index(1));
   Shoot(&window, QSize(240, 320), out + "/main-window-handheld.png");
   Shoot(&window, QSize(520, 640), out + "/main-window.png");
+  ShootDataDialogs(&window, out);
   return 0;
 }
