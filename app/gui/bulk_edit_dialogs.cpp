@@ -78,6 +78,7 @@ FindReplaceDialog::FindReplaceDialog(MainWindow* window)
   connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(type_, &QComboBox::currentIndexChanged, this, &FindReplaceDialog::FillFindList);
   FillFindList();
+  FitNarrowScreens(this);
 }
 
 void FindReplaceDialog::FillFindList() {

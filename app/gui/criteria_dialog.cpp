@@ -62,6 +62,7 @@ CriteriaDialog::CriteriaDialog(Purpose purpose, const PeriodRange& initial,
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(type_, &QComboBox::currentIndexChanged, this, &CriteriaDialog::UpdateEnabled);
   UpdateEnabled();
+  FitNarrowScreens(this);
 }
 
 void CriteriaDialog::UpdateEnabled() {

@@ -2,12 +2,20 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QPushButton>
+#include <algorithm>
 
 namespace quillora {
 
 PeriodRange WholeDayRange(const QDate& first, const QDate& last) {
   return {MakeSystemTime(first.year(), first.month(), first.day()),
           MakeSystemTime(last.year(), last.month(), last.day(), 23, 59, 59)};
+}
+
+void FitNarrowScreens(QWidget* dialog) {
+  for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
+    button->setMinimumWidth(std::min(button->sizeHint().width(), 56));
+  }
 }
 
 WaitCursor::WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }

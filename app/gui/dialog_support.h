@@ -6,6 +6,7 @@
 
 #include <QDate>
 #include <QString>
+#include <QWidget>
 #include <optional>
 #include <string>
 
@@ -27,6 +28,10 @@ inline QDate QtDate(const SystemTime& st) { return QDate(st.year, st.month, st.d
 // The whole days from `first` to `last`: 00:00:00 of the first to 23:59:59 of
 // the last.
 PeriodRange WholeDayRange(const QDate& first, const QDate& last);
+
+// Lets the push buttons of a dialog shrink below their natural width, so the
+// dialog fits a handheld's 240 pixels.
+void FitNarrowScreens(QWidget* dialog);
 
 // Shows the wait cursor while it lives (unless released earlier).
 class WaitCursor {

@@ -38,6 +38,7 @@ ExportRangeDialog::ExportRangeDialog(const PeriodRange& initial, QWidget* parent
   form->addRow(buttons);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  FitNarrowScreens(this);
 }
 
 PeriodRange ExportRangeDialog::Range() const {

@@ -75,6 +75,7 @@ ReportRunDialog::ReportRunDialog(MainWindow* window,
   form->addRow(buttons);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  FitNarrowScreens(this);
 }
 
 PeriodRange ReportRunDialog::Range() const {

@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QListWidget>
 #include <QPushButton>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <functional>
 #include <optional>
@@ -74,8 +75,8 @@ class ReportEditorDialog : public QDialog {
   ReportEditor editor_;
   CurrentReport report_;
   QTreeWidget* list_;
-  QPushButton* up_;
-  QPushButton* down_;
+  QToolButton* up_;
+  QToolButton* down_;
   bool filling_ = false;
 };
 

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "app/gui/dialog_support.h"
@@ -56,31 +57,48 @@ ReportEditorDialog::ReportEditorDialog(MainWindow* window)
   list_->setIndentation(0);
   list_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                          QAbstractItemView::SelectedClicked);
-  list_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-  list_->header()->setStretchLastSection(true);
+  // Label and value share the width, so nothing scrolls sideways on a
+  // handheld's screen.
+  list_->header()->setStretchLastSection(false);
+  list_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  list_->header()->setSectionResizeMode(1, QHeaderView::Stretch);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->setTextElideMode(Qt::ElideRight);
   layout->addWidget(list_, 1);
 
   auto* grid = new QGridLayout();
-  up_ = new QPushButton(tr("Up"), this);
-  down_ = new QPushButton(tr("Down"), this);
+  up_ = new QToolButton(this);
+  down_ = new QToolButton(this);
+  up_->setArrowType(Qt::UpArrow);
+  down_->setArrowType(Qt::DownArrow);
+  up_->setToolTip(tr("Move the field up"));
+  down_->setToolTip(tr("Move the field down"));
+  up_->setObjectName("up");
+  down_->setObjectName("down");
   auto* save = new QPushButton(tr("Save..."), this);
   auto* saved = new QPushButton(tr("Saved..."), this);
   auto* generate = new QPushButton(tr("Report..."), this);
   save->setObjectName("save");
   saved->setObjectName("saved");
   generate->setObjectName("generate");
-  grid->addWidget(up_, 0, 0);
-  grid->addWidget(down_, 0, 1);
-  grid->addWidget(save, 0, 2);
-  grid->addWidget(saved, 1, 0);
-  grid->addWidget(generate, 1, 1);
+  grid->addWidget(save, 0, 0);
+  grid->addWidget(saved, 0, 1);
+  grid->addWidget(generate, 0, 2);
+  for (QPushButton* b : {save, saved, generate}) {
+    b->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  }
   layout->addLayout(grid);
+  // The arrows move the selected field; Close and Help sit beside them.
+  auto* bottom = new QHBoxLayout();
+  bottom->addWidget(up_);
+  bottom->addWidget(down_);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::Help, this);
   ConnectHelpButton(buttons, "reports");
-  layout->addWidget(buttons);
+  bottom->addWidget(buttons, 1);
+  layout->addLayout(bottom);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  connect(up_, &QPushButton::clicked, this, [this] { MoveSelectedField(-1); });
-  connect(down_, &QPushButton::clicked, this, [this] { MoveSelectedField(1); });
+  connect(up_, &QToolButton::clicked, this, [this] { MoveSelectedField(-1); });
+  connect(down_, &QToolButton::clicked, this, [this] { MoveSelectedField(1); });
   connect(save, &QPushButton::clicked, this, [this] { Save(); });
   connect(saved, &QPushButton::clicked, this, &ReportEditorDialog::ShowSavedReports);
   connect(generate, &QPushButton::clicked, this, &ReportEditorDialog::Generate);
@@ -101,6 +119,7 @@ ReportEditorDialog::ReportEditorDialog(MainWindow* window)
     }
   }
   Refresh();
+  FitNarrowScreens(this);
 }
 
 QComboBox* ReportEditorDialog::ChoiceBox(int row) const {
@@ -149,6 +168,7 @@ void ReportEditorDialog::Refresh() {
       case ReportItemKind::kDurationCheck:
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
         item->setCheckState(0, source.checked ? Qt::Checked : Qt::Unchecked);
+        item->setFirstColumnSpanned(true);
         if (source.field == kFieldCustom1 || source.field == kFieldCustom2 ||
             source.field == kFieldCustom3) {
           item->setToolTip(0, tr("Shown with the name you gave the custom field."));

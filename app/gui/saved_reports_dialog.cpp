@@ -60,6 +60,7 @@ SavedReportsDialog::SavedReportsDialog(MainWindow* window, QWidget* parent)
     QTimer::singleShot(0, this, [this, new_name] { RenameSelected(new_name); });
   });
   Fill();
+  FitNarrowScreens(this);
 }
 
 void SavedReportsDialog::Fill() {
