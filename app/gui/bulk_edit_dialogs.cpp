@@ -96,6 +96,10 @@ void FindReplaceDialog::FillFindList() {
 }
 
 void FindReplaceDialog::accept() {
+  if (window_->data().catalogue == nullptr) {
+    window_->prompt().ShowMessage(kAppTitle, u"Unable to load database.", MessageIcon::kError);
+    return;
+  }
   const std::u16string replacement = StdText(replace_->text());
   if (!ConfirmFindAndReplace(window_->prompt(), find_->currentIndex(), replacement)) {
     if (find_->currentIndex() <= 0) {

@@ -218,6 +218,13 @@ class DataDialogsTest : public QObject {
              static_cast<int>(kRestoreContentRefused));
     QCOMPARE(Texts(), QStringList({"Only Archive file with data can be restored."}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kWarning);
+
+    testing::WriteFileBytes(File("bad.qra"), "not an archive");
+    prompt_.files.push_back(File("bad.qra"));
+    QCOMPARE(ArchiveRestoreFromWindow(window_.get()), static_cast<int>(kRestoreFailed));
+    QCOMPARE(Texts().last(), QString("Archive file cannot be loaded. The file may be created by "
+                                     "Quillora prior to version 2.3."));
+    QCOMPARE(prompt_.shown.back().icon, MessageIcon::kError);
   }
 
   void HandedFilesOfferTheirRestore() {
@@ -402,6 +409,15 @@ class DataDialogsTest : public QObject {
     window_->action("help")->trigger();
     QCOMPARE(opened_.size(), 2);
     QVERIFY(!opened_[1].hasFragment());
+
+    // A copy named by QUILLORA_HELP comes first.
+    const std::string own = File("Own.htm");
+    testing::WriteFileBytes(own, "<html></html>");
+    qputenv("QUILLORA_HELP", QByteArray::fromStdString(own));
+    const QUrl url = HelpUrl("backup");
+    QCOMPARE(url.toLocalFile(), QFileInfo(QString::fromStdString(own)).canonicalFilePath());
+    QCOMPARE(url.fragment(), QString("backup"));
+    qunsetenv("QUILLORA_HELP");
   }
 };
 
