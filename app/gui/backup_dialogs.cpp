@@ -42,7 +42,8 @@ int RestoreFromWindow(MainWindow* window, const std::optional<std::string>& hand
   {
     HandedFilePrompt handed_prompt(window->prompt(), handed.value_or(std::string()));
     WaitingPrompt chooser_prompt(window->prompt());
-    UserPrompt& prompt = handed ? static_cast<UserPrompt&>(handed_prompt) : chooser_prompt;
+    UserPrompt& prompt =
+        handed ? static_cast<UserPrompt&>(handed_prompt) : chooser_prompt;
     result = RestoreCommand(window->entries(), *catalogue, *window->data().locale, prompt,
                             FileSystem::Posix());
   }
@@ -50,14 +51,16 @@ int RestoreFromWindow(MainWindow* window, const std::optional<std::string>& hand
   return result;
 }
 
-int ArchiveRestoreFromWindow(MainWindow* window, const std::optional<std::string>& handed) {
+int ArchiveRestoreFromWindow(MainWindow* window,
+                             const std::optional<std::string>& handed) {
   Catalogue* catalogue = CatalogueOf(window);
   if (catalogue == nullptr) return kRestoreFailed;
   int result;
   {
     HandedFilePrompt handed_prompt(window->prompt(), handed.value_or(std::string()));
     WaitingPrompt chooser_prompt(window->prompt());
-    UserPrompt& prompt = handed ? static_cast<UserPrompt&>(handed_prompt) : chooser_prompt;
+    UserPrompt& prompt =
+        handed ? static_cast<UserPrompt&>(handed_prompt) : chooser_prompt;
     result = ArchiveRestoreCommand(window->entries(), *catalogue, *window->data().locale,
                                    prompt, FileSystem::Posix());
   }
@@ -91,8 +94,8 @@ BackupOutcome RunWindowArchive(MainWindow* window,
   BackupOutcome outcome;
   {
     WaitingPrompt prompt(window->prompt());
-    outcome = ArchiveCommand(window->entries(), *catalogue, *window->data().locale, prompt,
-                             FileSystem::Posix(), *request);
+    outcome = ArchiveCommand(window->entries(), *catalogue, *window->data().locale,
+                             prompt, FileSystem::Posix(), *request);
   }
   // The view reads its entries again whatever happened.
   window->Reload();
@@ -114,8 +117,9 @@ void ArchiveFromWindow(MainWindow* window) {
 }
 
 QString RestoreOfferText(const QString& path) {
-  return QString("Do you want to restore the data of the backup %1? The entries and "
-                 "clients it holds are added to those you have.")
+  return QString(
+             "Do you want to restore the data of the backup %1? The entries and "
+             "clients it holds are added to those you have.")
       .arg(QDir::toNativeSeparators(path));
 }
 
@@ -125,8 +129,9 @@ QString ArchiveRestoreOfferText(const QString& path) {
 }
 
 QString NotADataFileText(const QString& path) {
-  return QString("Quillora cannot open %1: it is neither a backup (.qrd) nor an "
-                 "archive (.qra).")
+  return QString(
+             "Quillora cannot open %1: it is neither a backup (.qrd) nor an "
+             "archive (.qra).")
       .arg(QDir::toNativeSeparators(path));
 }
 

@@ -97,7 +97,8 @@ void FindReplaceDialog::FillFindList() {
 
 void FindReplaceDialog::accept() {
   if (window_->data().catalogue == nullptr) {
-    window_->prompt().ShowMessage(kAppTitle, u"Unable to load database.", MessageIcon::kError);
+    window_->prompt().ShowMessage(kAppTitle, u"Unable to load database.",
+                                  MessageIcon::kError);
     return;
   }
   const std::u16string replacement = StdText(replace_->text());
@@ -147,7 +148,9 @@ BulkOutcome MarkPaidFromWindow(MainWindow* window, int* marked) {
     WaitingPrompt prompt(window->prompt());
     outcome = MarkAllPaid(
         window->entries(), prompt, start, end,
-        [&filter, &locale](const TimeEntry& entry) { return Matches(filter, entry, locale); },
+        [&filter, &locale](const TimeEntry& entry) {
+          return Matches(filter, entry, locale);
+        },
         marked);
   }
   if (outcome == BulkOutcome::kFailed) {

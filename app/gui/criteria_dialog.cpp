@@ -24,7 +24,8 @@ CriteriaDialog::CriteriaDialog(Purpose purpose, const PeriodRange& initial,
   type_ = new QComboBox(this);
   type_->setObjectName("type");
   if (archive) {
-    for (int i = 0; i < kArchiveTypeCount; ++i) type_->addItem(QtText(ArchiveTypeName(i)));
+    for (int i = 0; i < kArchiveTypeCount; ++i)
+      type_->addItem(QtText(ArchiveTypeName(i)));
   } else {
     type_->addItems({tr("Date Range"), tr("Client(s)")});
   }

@@ -14,14 +14,17 @@ void Connect(MainWindow* window, const char* name, std::function<void()> run) {
   QAction* action = window->action(name);
   if (action == nullptr) return;
   action->setEnabled(true);
-  QObject::connect(action, &QAction::triggered, window, [run = std::move(run)] { run(); });
+  QObject::connect(action, &QAction::triggered, window,
+                   [run = std::move(run)] { run(); });
 }
 
 }  // namespace
 
 void InstallDataCommands(MainWindow* window) {
-  Connect(window, "exportCsv", [window] { ExportFromWindow(window, ExportFormat::kCsv); });
-  Connect(window, "exportXml", [window] { ExportFromWindow(window, ExportFormat::kXml); });
+  Connect(window, "exportCsv",
+          [window] { ExportFromWindow(window, ExportFormat::kCsv); });
+  Connect(window, "exportXml",
+          [window] { ExportFromWindow(window, ExportFormat::kXml); });
   Connect(window, "report", [window] { ReportFromWindow(window); });
   Connect(window, "reports", [window] { ReportEditorFromWindow(window); });
   Connect(window, "backup", [window] { BackupFromWindow(window); });
@@ -35,7 +38,8 @@ void InstallDataCommands(MainWindow* window) {
   Connect(window, "markPaid", [window] { MarkPaidFromWindow(window); });
   Connect(window, "deleteData", [window] { DeleteDataFromWindow(window); });
   Connect(window, "help", [] { OpenHelp(QString()); });
-  if (QAction* help = window->action("help")) help->setShortcut(QKeySequence::HelpContents);
+  if (QAction* help = window->action("help"))
+    help->setShortcut(QKeySequence::HelpContents);
 }
 
 }  // namespace quillora

@@ -95,9 +95,9 @@ class DataDialogsTest : public QObject {
   }
 
   void CommandsAreEnabled() {
-    for (const char* name : {"exportCsv", "exportXml", "report", "reports", "backup",
-                             "restore", "archive", "archiveRestore", "findReplace",
-                             "markPaid", "deleteData", "help"}) {
+    for (const char* name :
+         {"exportCsv", "exportXml", "report", "reports", "backup", "restore", "archive",
+          "archiveRestore", "findReplace", "markPaid", "deleteData", "help"}) {
       QVERIFY2(window_->action(name)->isEnabled(), name);
     }
   }
@@ -122,8 +122,9 @@ class DataDialogsTest : public QObject {
     QCOMPARE(prompt_.choosers.size(), 1u);
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("CSV Files (*.csv)|*.csv|"));
     const QString csv = QString::fromStdString(testing::ReadFileBytes(path));
-    QVERIFY2(csv.contains("Design") && csv.contains("Support") && !csv.contains("Next week"),
-             qPrintable(csv));
+    QVERIFY2(
+        csv.contains("Design") && csv.contains("Support") && !csv.contains("Next week"),
+        qPrintable(csv));
     QVERIFY(prompt_.shown.empty());
   }
 
@@ -136,8 +137,9 @@ class DataDialogsTest : public QObject {
                              WholeDayRange(QDate(2026, 11, 15), QDate(2026, 11, 21))),
              ExportOutcome::kFailed);
     QCOMPARE(Q(prompt_.choosers.back().filter), QString("XML Files (*.xml)|*.xml|"));
-    QCOMPARE(Texts(), QStringList({"Export failed. Please make sure there is enough storage "
-                                   "space and try agin."}));
+    QCOMPARE(Texts(),
+             QStringList({"Export failed. Please make sure there is enough storage "
+                          "space and try agin."}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kError);
   }
 
@@ -162,8 +164,9 @@ class DataDialogsTest : public QObject {
     testing::WriteFileBytes(File("bad.qrd"), "not a backup");
     prompt_.files.push_back(File("bad.qrd"));
     QCOMPARE(RestoreFromWindow(window_.get()), static_cast<int>(kRestoreFailed));
-    QCOMPARE(Texts(), QStringList({"Restore has failed. Please select a different backup and "
-                                   "try again."}));
+    QCOMPARE(Texts(),
+             QStringList({"Restore has failed. Please select a different backup and "
+                          "try again."}));
     QCOMPARE(Shown(), 3);
   }
 
@@ -222,8 +225,9 @@ class DataDialogsTest : public QObject {
     testing::WriteFileBytes(File("bad.qra"), "not an archive");
     prompt_.files.push_back(File("bad.qra"));
     QCOMPARE(ArchiveRestoreFromWindow(window_.get()), static_cast<int>(kRestoreFailed));
-    QCOMPARE(Texts().last(), QString("Archive file cannot be loaded. The file may be created by "
-                                     "Quillora prior to version 2.3."));
+    QCOMPARE(Texts().last(),
+             QString("Archive file cannot be loaded. The file may be created by "
+                     "Quillora prior to version 2.3."));
     QCOMPARE(prompt_.shown.back().icon, MessageIcon::kError);
   }
 
@@ -274,8 +278,9 @@ class DataDialogsTest : public QObject {
   void MarkPaidAsksFirst() {
     int marked = -1;
     QCOMPARE(MarkPaidFromWindow(window_.get(), &marked), BulkOutcome::kDeclined);
-    QCOMPARE(Texts(), QStringList({"Do you want to mark all entries paid using the filter "
-                                   "from the current view?"}));
+    QCOMPARE(Texts(),
+             QStringList({"Do you want to mark all entries paid using the filter "
+                          "from the current view?"}));
     prompt_.answers = {Answer::kYes};
     QCOMPARE(MarkPaidFromWindow(window_.get(), &marked), BulkOutcome::kDone);
     QCOMPARE(marked, 3);
@@ -283,7 +288,8 @@ class DataDialogsTest : public QObject {
   }
 
   void DeleteDataByClients() {
-    CriteriaDialog dialog(CriteriaDialog::Purpose::kDeleteData, window_->period().GetRange(),
+    CriteriaDialog dialog(CriteriaDialog::Purpose::kDeleteData,
+                          window_->period().GetRange(),
                           ClientList(data_->catalogue->clients), prompt_);
     QCOMPARE(dialog.windowTitle(), QString("Delete Data"));
     QVERIFY(dialog.delete_box() == nullptr);
@@ -293,9 +299,10 @@ class DataDialogsTest : public QObject {
     QVERIFY(DeleteCriteriaOf(dialog, prompt_, &criteria));
     QCOMPARE(RunWindowDeleteData(window_.get(), criteria), BulkOutcome::kDeclined);
     QCOMPARE(Shown(), 3);
-    QCOMPARE(Texts(), QStringList({"All data within the selected criteria will be permanently "
-                                   "deleted.  Tap OK to delete or Cancel to cancel the "
-                                   "operation."}));
+    QCOMPARE(Texts(),
+             QStringList({"All data within the selected criteria will be permanently "
+                          "deleted.  Tap OK to delete or Cancel to cancel the "
+                          "operation."}));
     prompt_.answers = {Answer::kOk};
     int deleted = 0;
     QCOMPARE(RunWindowDeleteData(window_.get(), criteria, &deleted), BulkOutcome::kDone);
@@ -348,7 +355,9 @@ class DataDialogsTest : public QObject {
 
   void SavedReportsDefaultRenameDelete() {
     ReportEditorDialog editor(window_.get());
-    editor.ask_name = [](const std::u16string&) { return std::optional(std::u16string(u"Weekly")); };
+    editor.ask_name = [](const std::u16string&) {
+      return std::optional(std::u16string(u"Weekly"));
+    };
     QVERIFY(editor.Save());
     SavedReportsDialog dialog(window_.get());
     QCOMPARE(dialog.list()->count(), 1);
@@ -370,7 +379,9 @@ class DataDialogsTest : public QObject {
     ReportFromWindow(window_.get());
     QCOMPARE(Texts(), QStringList({"There is no saved report."}));
     ReportEditorDialog editor(window_.get());
-    editor.ask_name = [](const std::u16string&) { return std::optional(std::u16string(u"Weekly")); };
+    editor.ask_name = [](const std::u16string&) {
+      return std::optional(std::u16string(u"Weekly"));
+    };
     QVERIFY(editor.Save());
     const std::string path = File("week.htm");
     prompt_.files.push_back(path);
@@ -395,11 +406,12 @@ class DataDialogsTest : public QObject {
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QString html = QString::fromUtf8(file.readAll());
     // Every topic the windows open has its anchor.
-    for (const char* topic : {"main", "entry", "copy", "timers", "summary", "filters",
-                              "clients", "ratesetup", "options", "export", "import",
-                              "exportlist", "report", "reports", "savedreports", "backup",
-                              "restore", "archive", "archiverestore", "findreplace",
-                              "markpaid", "deldata"}) {
+    for (const char* topic :
+         {"main",     "entry",      "copy",      "timers",         "summary",
+          "filters",  "clients",    "ratesetup", "options",        "export",
+          "import",   "exportlist", "report",    "reports",        "savedreports",
+          "backup",   "restore",    "archive",   "archiverestore", "findreplace",
+          "markpaid", "deldata"}) {
       QVERIFY2(html.contains(QString("id=\"%1\"").arg(topic)), topic);
     }
     QVERIFY(OpenHelp("deldata"));
@@ -415,7 +427,8 @@ class DataDialogsTest : public QObject {
     testing::WriteFileBytes(own, "<html></html>");
     qputenv("QUILLORA_HELP", QByteArray::fromStdString(own));
     const QUrl url = HelpUrl("backup");
-    QCOMPARE(url.toLocalFile(), QFileInfo(QString::fromStdString(own)).canonicalFilePath());
+    QCOMPARE(url.toLocalFile(),
+             QFileInfo(QString::fromStdString(own)).canonicalFilePath());
     QCOMPARE(url.fragment(), QString("backup"));
     qunsetenv("QUILLORA_HELP");
   }

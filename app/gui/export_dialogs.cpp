@@ -62,8 +62,8 @@ ExportOutcome RunWindowExport(MainWindow* window, ExportFormat format,
   // The view is brought up to date before the file is written.
   window->Reload();
   WaitingPrompt prompt(window->prompt());
-  ExportSources sources{window->entries(), window->data().settings, *window->data().locale,
-                        FileSystem::Posix()};
+  ExportSources sources{window->entries(), window->data().settings,
+                        *window->data().locale, FileSystem::Posix()};
   return RunExportCommand(format, criteria, sources, prompt);
 }
 

@@ -19,7 +19,8 @@
 namespace quillora {
 namespace {
 
-std::optional<std::u16string> AskReportName(QWidget* parent, const std::u16string& current) {
+std::optional<std::u16string> AskReportName(QWidget* parent,
+                                            const std::u16string& current) {
   QDialog dialog(parent);
   dialog.setWindowTitle(QtText(kAppTitle));
   auto* layout = new QVBoxLayout(&dialog);
@@ -47,7 +48,9 @@ bool IsFieldRow(int row) {
 ReportEditorDialog::ReportEditorDialog(MainWindow* window)
     : QDialog(window), window_(window) {
   setWindowTitle(tr("Report Editor"));
-  ask_name = [this](const std::u16string& current) { return AskReportName(this, current); };
+  ask_name = [this](const std::u16string& current) {
+    return AskReportName(this, current);
+  };
   auto* layout = new QVBoxLayout(this);
   list_ = new QTreeWidget(this);
   list_->setObjectName("properties");
@@ -55,7 +58,8 @@ ReportEditorDialog::ReportEditorDialog(MainWindow* window)
   list_->setHeaderHidden(true);
   list_->setRootIsDecorated(false);
   list_->setIndentation(0);
-  list_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+  list_->setEditTriggers(QAbstractItemView::DoubleClicked |
+                         QAbstractItemView::EditKeyPressed |
                          QAbstractItemView::SelectedClicked);
   // Label and value share the width, so nothing scrolls sideways on a
   // handheld's screen.
@@ -92,7 +96,8 @@ ReportEditorDialog::ReportEditorDialog(MainWindow* window)
   auto* bottom = new QHBoxLayout();
   bottom->addWidget(up_);
   bottom->addWidget(down_);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::Help, this);
+  auto* buttons =
+      new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::Help, this);
   ConnectHelpButton(buttons, "reports");
   bottom->addWidget(buttons, 1);
   layout->addLayout(bottom);
@@ -103,7 +108,8 @@ ReportEditorDialog::ReportEditorDialog(MainWindow* window)
   connect(saved, &QPushButton::clicked, this, &ReportEditorDialog::ShowSavedReports);
   connect(generate, &QPushButton::clicked, this, &ReportEditorDialog::Generate);
   connect(list_, &QTreeWidget::itemChanged, this, &ReportEditorDialog::ItemChanged);
-  connect(list_, &QTreeWidget::currentItemChanged, this, &ReportEditorDialog::UpdateButtons);
+  connect(list_, &QTreeWidget::currentItemChanged, this,
+          &ReportEditorDialog::UpdateButtons);
 
   report_.definition = NewReportDefinition();
   editor_.Load(report_.definition);
@@ -112,8 +118,9 @@ ReportEditorDialog::ReportEditorDialog(MainWindow* window)
     AuxStore aux(*window_->data().volume);
     ReportDefinition definition;
     ObjectId record_id = 0;
-    if (OpenSavedReports(aux) && LoadSavedReport(aux, preferred, &definition, &record_id) ==
-                                     SavedReportLookup::kFound) {
+    if (OpenSavedReports(aux) &&
+        LoadSavedReport(aux, preferred, &definition, &record_id) ==
+            SavedReportLookup::kFound) {
       report_ = {preferred, record_id, definition};
       editor_.Load(definition);
     }
@@ -129,8 +136,8 @@ QComboBox* ReportEditorDialog::ChoiceBox(int row) const {
 
 void ReportEditorDialog::Refresh() {
   filling_ = true;
-  const int current = list_->currentItem() ? list_->indexOfTopLevelItem(list_->currentItem())
-                                           : -1;
+  const int current =
+      list_->currentItem() ? list_->indexOfTopLevelItem(list_->currentItem()) : -1;
   list_->clear();
   QFont bold = list_->font();
   bold.setBold(true);
@@ -166,7 +173,8 @@ void ReportEditorDialog::Refresh() {
       }
       case ReportItemKind::kCheck:
       case ReportItemKind::kDurationCheck:
-        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable |
+                       Qt::ItemIsUserCheckable);
         item->setCheckState(0, source.checked ? Qt::Checked : Qt::Unchecked);
         item->setFirstColumnSpanned(true);
         if (source.field == kFieldCustom1 || source.field == kFieldCustom2 ||
@@ -204,13 +212,15 @@ void ReportEditorDialog::ItemChanged(QTreeWidgetItem* item, int column) {
 }
 
 void ReportEditorDialog::UpdateButtons() {
-  const int row = list_->currentItem() ? list_->indexOfTopLevelItem(list_->currentItem()) : -1;
+  const int row =
+      list_->currentItem() ? list_->indexOfTopLevelItem(list_->currentItem()) : -1;
   up_->setEnabled(IsFieldRow(row) && row > kRowFirstField);
   down_->setEnabled(IsFieldRow(row) && row < kRowFirstField + kReportFieldCount - 1);
 }
 
 void ReportEditorDialog::MoveSelectedField(int step) {
-  const int row = list_->currentItem() ? list_->indexOfTopLevelItem(list_->currentItem()) : -1;
+  const int row =
+      list_->currentItem() ? list_->indexOfTopLevelItem(list_->currentItem()) : -1;
   if (!IsFieldRow(row) || !IsFieldRow(row + step)) return;
   if (!editor_.MoveFieldRow(row, row + step)) return;
   Refresh();
@@ -259,7 +269,8 @@ bool ReportEditorDialog::Save() {
                                     MessageIcon::kExclamation);
       continue;
     }
-    switch (SaveReport(*window_->data().volume, window_->prompt(), *name, editor_, &report_)) {
+    switch (SaveReport(*window_->data().volume, window_->prompt(), *name, editor_,
+                       &report_)) {
       case SaveReportResult::kSaved:
         Refresh();
         return true;

@@ -34,7 +34,8 @@ SavedReportsDialog::SavedReportsDialog(MainWindow* window, QWidget* parent)
   grid->addWidget(rename, 1, 0);
   grid->addWidget(preferred, 1, 1);
   layout->addLayout(grid);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::Help, this);
+  auto* buttons =
+      new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::Help, this);
   ConnectHelpButton(buttons, "savedreports");
   layout->addWidget(buttons);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -85,7 +86,8 @@ void SavedReportsDialog::Fill() {
       item->setText(name);
     }
   }
-  if (list_->count() > 0) list_->setCurrentRow(std::clamp(current, 0, list_->count() - 1));
+  if (list_->count() > 0)
+    list_->setCurrentRow(std::clamp(current, 0, list_->count() - 1));
   filling_ = false;
 }
 

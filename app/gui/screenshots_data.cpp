@@ -13,8 +13,8 @@ namespace {
 
 void ShootBoth(QWidget* widget, const QString& folder, const QString& name,
                const QSize& desktop = QSize(460, 520)) {
-  for (const auto& [size, suffix] :
-       {std::pair{QSize(240, 320), QString("-handheld")}, std::pair{desktop, QString()}}) {
+  for (const auto& [size, suffix] : {std::pair{QSize(240, 320), QString("-handheld")},
+                                     std::pair{desktop, QString()}}) {
     widget->resize(size);
     widget->show();
     QApplication::processEvents();
