@@ -186,6 +186,12 @@ class DataDialogsTest : public QObject {
     dialog.accept();
     QCOMPARE(dialog.result(), static_cast<int>(QDialog::Rejected));
     QCOMPARE(Texts(), QStringList({Q(kNoClientChecked)}));
+    dialog.type_box()->setCurrentIndex(0);
+    dialog.end_edit()->setDate(QDate(2026, 11, 1));
+    dialog.accept();
+    QCOMPARE(dialog.result(), static_cast<int>(QDialog::Rejected));
+    QCOMPARE(Texts().last(), Q(kRangeReversed));
+    dialog.type_box()->setCurrentIndex(1);
     dialog.client_list()->item(1)->setCheckState(Qt::Checked);
     dialog.accept();
     QCOMPARE(dialog.result(), static_cast<int>(QDialog::Accepted));
@@ -331,6 +337,16 @@ class DataDialogsTest : public QObject {
     dialog.list()->setCurrentItem(dialog.list()->topLevelItem(row));
     dialog.MoveSelectedField(-1);
     QCOMPARE(dialog.editor().item(kRowFirstField).field, field);
+    // The title takes 63 characters, no more.
+    QTreeWidgetItem* title = dialog.list()->topLevelItem(kRowTitle);
+    title->setText(1, QString(63, 'x'));
+    QCoreApplication::processEvents();
+    QCOMPARE(dialog.editor().item(kRowTitle).text, std::u16string(63, u'x'));
+    QVERIFY(prompt_.shown.empty());
+    dialog.list()->topLevelItem(kRowTitle)->setText(1, QString(64, 'y'));
+    QCoreApplication::processEvents();
+    QCOMPARE(Texts(), QStringList({"A report title holds at most 63 characters."}));
+    QCOMPARE(dialog.list()->topLevelItem(kRowTitle)->text(1), QString(63, 'x'));
   }
 
   void ReportSaveAsksBeforeOverwriting() {
