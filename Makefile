@@ -5,7 +5,7 @@ JOBS ?= $(shell nproc)
 WERROR ?= OFF
 CMAKE_FLAGS ?=
 
-.PHONY: all deps configure build run test check-asan bench fuzz screenshots format clean
+.PHONY: all deps configure build install run test check-asan bench fuzz screenshots format clean
 
 all: build
 
@@ -22,6 +22,11 @@ configure: deps
 
 build: configure
 	cmake --build $(BUILD) -j $(JOBS)
+
+# PREFIX=/usr/local by default; DESTDIR stages the files elsewhere.
+PREFIX ?= /usr/local
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
 
 run: build
 	./$(BUILD)/quillora $(ARGS)

@@ -4,7 +4,6 @@
 #include <QDateEdit>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileInfo>
 #include <QFormLayout>
 #include <QKeySequence>
 #include <QMenu>
@@ -16,6 +15,8 @@
 
 #include "app/gui/catalogue_commands.h"
 #include "app/gui/options_commands.h"
+#include "app/gui/backup_dialogs.h"
+#include "app/gui/data_commands.h"
 #include "store/string_table.h"
 #include "store/time_entry.h"
 
@@ -24,11 +25,6 @@ namespace {
 
 QString Q(const std::u16string& text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-std::u16string U(const QString& text) {
-  return std::u16string(reinterpret_cast<const char16_t*>(text.utf16()),
-                        static_cast<std::size_t>(text.size()));
 }
 
 QDate ToQDate(const SystemTime& st) { return QDate(st.year, st.month, st.day); }
@@ -85,6 +81,7 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   resize(420, 620);
   InstallCatalogueCommands(this);
   InstallOptionsCommands(this);
+  InstallDataCommands(this);
 }
 
 MainWindow::~MainWindow() = default;
@@ -328,20 +325,7 @@ void MainWindow::OpenCaptionPicker() {
 }
 
 void MainWindow::HandleCommandLine(const QStringList& arguments) {
-  for (const QString& argument : arguments) {
-    const QString suffix = QFileInfo(argument).suffix().toLower();
-    if (suffix == "qrd" || suffix == "qra") {
-      prompt_->ShowMessage(kAppTitle,
-                          U(QString("%1 can be restored from the File menu.").arg(argument)),
-                          MessageIcon::kInformation);
-    } else {
-      prompt_->ShowMessage(
-          kAppTitle, U(QString("Quillora cannot open %1: it is neither a backup (.qrd) nor "
-                               "an archive (.qra).")
-                           .arg(argument)),
-          MessageIcon::kExclamation);
-    }
-  }
+  OpenHandedFiles(this, arguments);
 }
 
 }  // namespace quillora

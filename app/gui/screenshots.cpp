@@ -7,6 +7,7 @@
 #include "app/gui/main_window.h"
 #include "app/gui/screenshots_catalogue.h"
 #include "app/gui/screenshots_options.h"
+#include "app/gui/screenshots_data.h"
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
 
@@ -71,5 +72,6 @@ int main(int argc, char** argv) {
   Shoot(&window, QSize(520, 640), out + "/main-window.png");
   ShootCatalogueDialogs(data, out);
   ShootOptionsDialogs(&window, out);
+  ShootDataDialogs(&window, out);
   return 0;
 }

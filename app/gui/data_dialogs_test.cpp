@@ -1,0 +1,457 @@
+// The window's data commands offscreen: export, reports, backup, restore,
+// archive, bulk edits, the hand-over of files and the help file, each driven
+// through a scripted prompt.
+#include <QFile>
+#include <QtTest>
+
+#include "app/gui/backup_dialogs.h"
+#include "app/gui/bulk_edit_dialogs.h"
+#include "app/gui/dialog_support.h"
+#include "app/gui/export_dialogs.h"
+#include "app/gui/help.h"
+#include "app/gui/main_window.h"
+#include "app/gui/report_dialogs.h"
+#include "reports/html_report.h"
+#include "store/string_table.h"
+#include "tests/fake_prompt.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
+  FileTime ft = 0;
+  SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft);
+  return ft;
+}
+
+QString Q(const std::u16string& text) { return QtText(text); }
+
+class DataDialogsTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<testing::TempDir> dir_;
+  std::unique_ptr<DataContext> data_;
+  std::unique_ptr<FixedClock> clock_;
+  std::unique_ptr<MainWindow> window_;
+  testing::FakePrompt prompt_;
+  QList<QUrl> opened_;
+
+  void Add(FileTime start, const char16_t* client, const char16_t* task) {
+    EntryStore store(*data_->volume);
+    store.Open();
+    TimeEntry e;
+    e.start = start;
+    e.client = client;
+    e.task = task;
+    e.duration = 150;
+    e.billable = true;
+    AddEntry(store, e);
+  }
+
+  int Shown() const { return window_->entry_model()->rowCount(); }
+
+  QStringList Texts() const {
+    QStringList texts;
+    for (const auto& t : prompt_.Texts()) texts << Q(t);
+    return texts;
+  }
+
+  std::string File(const char* name) const { return dir_->File(name); }
+
+ private slots:
+  void init() {
+    prompt_ = testing::FakePrompt();
+    opened_.clear();
+    SetUrlOpener([this](const QUrl& url) {
+      opened_ << url;
+      return true;
+    });
+    dir_ = std::make_unique<testing::TempDir>();
+    data_ = std::make_unique<DataContext>();
+    std::string error;
+    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
+    // Saturday 2026-11-21; the week runs from Sunday the 15th.
+    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 21, 10, 0, 0));
+    QVERIFY(OpenCatalogue(data_.get()));
+    AddClient(data_->catalogue->clients, u"Acme");
+    AddClient(data_->catalogue->clients, u"Globex");
+    Add(At(2026, 11, 16, 9, 0, 1), u"Acme", u"Design");
+    Add(At(2026, 11, 18, 9, 0, 1), u"Acme", u"Build");
+    Add(At(2026, 11, 19, 9, 0, 1), u"Globex", u"Support");
+    Add(At(2026, 11, 25, 9, 0, 1), u"Acme", u"Next week");
+    window_ = std::make_unique<MainWindow>(*data_, *clock_);
+    window_->SetPrompt(&prompt_);
+    QVERIFY(window_->Open());
+    QCOMPARE(Shown(), 3);
+  }
+
+  void cleanup() {
+    window_.reset();
+    data_.reset();
+    dir_.reset();
+    SetUrlOpener(nullptr);
+  }
+
+  void CommandsAreEnabled() {
+    for (const char* name :
+         {"exportCsv", "exportXml", "report", "reports", "backup", "restore", "archive",
+          "archiveRestore", "findReplace", "markPaid", "deleteData", "help"}) {
+      QVERIFY2(window_->action(name)->isEnabled(), name);
+    }
+  }
+
+  void ExportRangeStartsWithTheShownPeriod() {
+    ExportRangeDialog dialog(window_->period().GetRange());
+    QCOMPARE(dialog.start_edit()->date(), QDate(2026, 11, 15));
+    QCOMPARE(dialog.end_edit()->date(), QDate(2026, 11, 21));
+    dialog.start_edit()->setDate(QDate(2026, 11, 30));
+    dialog.accept();  // a reversed range is turned round
+    QCOMPARE(dialog.Range().start.day, 21);
+    QCOMPARE(dialog.Range().end.month, 11);
+    QCOMPARE(dialog.Range().end.day, 30);
+  }
+
+  void ExportWritesTheChosenFile() {
+    const std::string path = File("week.csv");
+    prompt_.files.push_back(path);
+    const PeriodRange range = WholeDayRange(QDate(2026, 11, 15), QDate(2026, 11, 21));
+    QCOMPARE(RunWindowExport(window_.get(), ExportFormat::kCsv, range),
+             ExportOutcome::kExported);
+    QCOMPARE(prompt_.choosers.size(), 1u);
+    QCOMPARE(Q(prompt_.choosers[0].filter), QString("CSV Files (*.csv)|*.csv|"));
+    const QString csv = QString::fromStdString(testing::ReadFileBytes(path));
+    QVERIFY2(
+        csv.contains("Design") && csv.contains("Support") && !csv.contains("Next week"),
+        qPrintable(csv));
+    QVERIFY(prompt_.shown.empty());
+  }
+
+  void ExportCancelledOrFailing() {
+    QCOMPARE(RunWindowExport(window_.get(), ExportFormat::kXml, std::nullopt),
+             ExportOutcome::kCancelled);
+    QVERIFY(prompt_.choosers.empty());
+    prompt_.files.push_back(File("missing-folder/week.xml"));
+    QCOMPARE(RunWindowExport(window_.get(), ExportFormat::kXml,
+                             WholeDayRange(QDate(2026, 11, 15), QDate(2026, 11, 21))),
+             ExportOutcome::kFailed);
+    QCOMPARE(Q(prompt_.choosers.back().filter), QString("XML Files (*.xml)|*.xml|"));
+    QCOMPARE(Texts(),
+             QStringList({"Export failed. Please make sure there is enough storage "
+                          "space and try agin."}));
+    QCOMPARE(prompt_.shown[0].icon, MessageIcon::kError);
+  }
+
+  void BackupOfManyEntriesShowsItsSteps() {
+    for (int i = 0; i < 40; ++i) Add(At(2026, 10, 1 + i % 28, 8, 0, 1), u"Acme", u"Old");
+    prompt_.files.push_back(File("all.qrd"));
+    QCOMPARE(BackupFromWindow(window_.get()), BackupOutcome::kDone);
+    QCOMPARE(Q(prompt_.choosers[0].filter), QString("Backup Files (*.qrd)|*.qrd|"));
+    // 44 entries and 2 clients, each a step after the first text.
+    QCOMPARE(static_cast<int>(prompt_.progress_texts.size()), 1 + 44 + 2);
+    QCOMPARE(Q(prompt_.progress_texts.back()), QString("Backing up record 46..."));
+    QCOMPARE(prompt_.progress_ends, 1);
+    QVERIFY(prompt_.shown.empty());
+
+    // Restoring adds the entries again: the week shows each twice.
+    prompt_.files.push_back(File("all.qrd"));
+    QCOMPARE(RestoreFromWindow(window_.get()), static_cast<int>(kRestoreOk));
+    QCOMPARE(Shown(), 6);
+  }
+
+  void RestoreRefusesADamagedFile() {
+    testing::WriteFileBytes(File("bad.qrd"), "not a backup");
+    prompt_.files.push_back(File("bad.qrd"));
+    QCOMPARE(RestoreFromWindow(window_.get()), static_cast<int>(kRestoreFailed));
+    QCOMPARE(Texts(),
+             QStringList({"Restore has failed. Please select a different backup and "
+                          "try again."}));
+    QCOMPARE(Shown(), 3);
+  }
+
+  void ArchiveDialogEnablesByType() {
+    CriteriaDialog dialog(CriteriaDialog::Purpose::kArchive, window_->period().GetRange(),
+                          ClientList(data_->catalogue->clients), prompt_);
+    QCOMPARE(dialog.windowTitle(), QString("Quillora"));
+    QCOMPARE(dialog.type_box()->itemText(0), QString("Data"));
+    QCOMPARE(dialog.type_box()->itemText(1), QString("Client Data Only"));
+    QCOMPARE(dialog.delete_box()->text(), QString("Delete when archived"));
+    QCOMPARE(dialog.start_edit()->date(), QDate(2026, 11, 15));
+    QVERIFY(dialog.start_edit()->isEnabled() && !dialog.client_list()->isEnabled());
+    dialog.type_box()->setCurrentIndex(1);
+    QVERIFY(!dialog.start_edit()->isEnabled() && !dialog.end_edit()->isEnabled());
+    QVERIFY(dialog.client_list()->isEnabled());
+    QCOMPARE(dialog.client_list()->count(), 2);
+    dialog.accept();
+    QCOMPARE(dialog.result(), static_cast<int>(QDialog::Rejected));
+    QCOMPARE(Texts(), QStringList({Q(kNoClientChecked)}));
+    dialog.type_box()->setCurrentIndex(0);
+    dialog.end_edit()->setDate(QDate(2026, 11, 1));
+    dialog.accept();
+    QCOMPARE(dialog.result(), static_cast<int>(QDialog::Rejected));
+    QCOMPARE(Texts().last(), Q(kRangeReversed));
+    dialog.type_box()->setCurrentIndex(1);
+    dialog.client_list()->item(1)->setCheckState(Qt::Checked);
+    dialog.accept();
+    QCOMPARE(dialog.result(), static_cast<int>(QDialog::Accepted));
+    ArchiveRequest request;
+    QVERIFY(ArchiveRequestOf(dialog, prompt_, &request));
+    QCOMPARE(request.type, static_cast<std::uint32_t>(kArchiveClientData));
+    QCOMPARE(request.clients.size(), 1u);
+  }
+
+  void ArchiveDeletesAndRestoreBringsBack() {
+    CriteriaDialog dialog(CriteriaDialog::Purpose::kArchive, window_->period().GetRange(),
+                          {}, prompt_);
+    dialog.delete_box()->setChecked(true);
+    ArchiveRequest request;
+    QVERIFY(ArchiveRequestOf(dialog, prompt_, &request));
+    prompt_.files.push_back(File("week.qra"));
+    QCOMPARE(RunWindowArchive(window_.get(), request), BackupOutcome::kDone);
+    QCOMPARE(Q(prompt_.choosers[0].filter), QString("Archive Files (*.qra)|*.qra|"));
+    QCOMPARE(Shown(), 0);  // the view was read again
+
+    prompt_.files.push_back(File("week.qra"));
+    QCOMPARE(ArchiveRestoreFromWindow(window_.get()), static_cast<int>(kRestoreOk));
+    QCOMPARE(Texts(), QStringList({"Archive file has been restored."}));
+    QCOMPARE(prompt_.shown[0].icon, MessageIcon::kInformation);
+    QCOMPARE(Shown(), 3);
+  }
+
+  void ArchiveRestoreRefusesABackup() {
+    prompt_.files.push_back(File("all.qrd"));
+    QCOMPARE(BackupFromWindow(window_.get()), BackupOutcome::kDone);
+    prompt_.files.push_back(File("all.qrd"));
+    QCOMPARE(ArchiveRestoreFromWindow(window_.get()),
+             static_cast<int>(kRestoreContentRefused));
+    QCOMPARE(Texts(), QStringList({"Only Archive file with data can be restored."}));
+    QCOMPARE(prompt_.shown[0].icon, MessageIcon::kWarning);
+
+    testing::WriteFileBytes(File("bad.qra"), "not an archive");
+    prompt_.files.push_back(File("bad.qra"));
+    QCOMPARE(ArchiveRestoreFromWindow(window_.get()), static_cast<int>(kRestoreFailed));
+    QCOMPARE(Texts().last(),
+             QString("Archive file cannot be loaded. The file may be created by "
+                     "Quillora prior to version 2.3."));
+    QCOMPARE(prompt_.shown.back().icon, MessageIcon::kError);
+  }
+
+  void HandedFilesOfferTheirRestore() {
+    prompt_.files.push_back(File("all.qrd"));
+    QCOMPARE(BackupFromWindow(window_.get()), BackupOutcome::kDone);
+    prompt_.choosers.clear();
+    const QString backup = QString::fromStdString(File("all.qrd"));
+    const QString other = QString::fromStdString(File("notes.txt"));
+    prompt_.answers = {Answer::kNo, Answer::kYes};
+    window_->HandleCommandLine({other, backup, backup});
+    QCOMPARE(Texts(), QStringList({NotADataFileText(other), RestoreOfferText(backup),
+                                   RestoreOfferText(backup)}));
+    QCOMPARE(prompt_.shown[0].icon, MessageIcon::kExclamation);
+    QVERIFY(prompt_.choosers.empty());  // the handed file answers the chooser
+    QCOMPARE(Shown(), 6);               // restored once
+  }
+
+  void FindAndReplaceChecksThenRuns() {
+    FindReplaceDialog dialog(window_.get());
+    QCOMPARE(dialog.type_box()->currentText(), QString("Client"));
+    QCOMPARE(dialog.find_box()->count(), 3);  // the empty first item, Acme, Globex
+    QVERIFY(dialog.status_line()->isHidden() && dialog.progress_bar()->isHidden());
+    dialog.accept();
+    dialog.find_box()->setCurrentIndex(1);
+    dialog.accept();
+    dialog.replace_edit()->setText("Acme Inc");
+    prompt_.answers = {Answer::kNo, Answer::kYes};
+    dialog.accept();
+    QCOMPARE(dialog.result(), static_cast<int>(QDialog::Rejected));
+    dialog.accept();
+    QCOMPARE(dialog.result(), static_cast<int>(QDialog::Accepted));
+    const QStringList texts = Texts();
+    QCOMPARE(texts.size(), 4);
+    QCOMPARE(texts[0], QString("Please select a string to search for."));
+    QCOMPARE(texts[1], QString("Please enter a string to replace with."));
+    QVERIFY(texts[2].startsWith("Are you sure to replace the text?"));
+    QCOMPARE(prompt_.shown[0].icon, MessageIcon::kExclamation);
+    QVERIFY(!dialog.status_line()->isHidden() && !dialog.progress_bar()->isHidden());
+    QCOMPARE(dialog.status_line()->text(), QString("Updating Records. Please Wait..."));
+    QCOMPARE(dialog.progress_bar()->maximum(), 4 + 1);
+    QCOMPARE(dialog.progress_bar()->value(), 4 + 1);
+    QVERIFY(!dialog.type_box()->isEnabled() && !dialog.find_box()->isEnabled());
+    QCOMPARE(dialog.counts().entries_changed, 3);
+    QCOMPARE(window_->entry_model()->EntryAt(0).client, std::u16string(u"Acme Inc"));
+  }
+
+  void MarkPaidAsksFirst() {
+    int marked = -1;
+    QCOMPARE(MarkPaidFromWindow(window_.get(), &marked), BulkOutcome::kDeclined);
+    QCOMPARE(Texts(),
+             QStringList({"Do you want to mark all entries paid using the filter "
+                          "from the current view?"}));
+    prompt_.answers = {Answer::kYes};
+    QCOMPARE(MarkPaidFromWindow(window_.get(), &marked), BulkOutcome::kDone);
+    QCOMPARE(marked, 3);
+    for (int r = 0; r < Shown(); ++r) QVERIFY(window_->entry_model()->EntryAt(r).paid);
+  }
+
+  void DeleteDataByClients() {
+    CriteriaDialog dialog(CriteriaDialog::Purpose::kDeleteData,
+                          window_->period().GetRange(),
+                          ClientList(data_->catalogue->clients), prompt_);
+    QCOMPARE(dialog.windowTitle(), QString("Delete Data"));
+    QVERIFY(dialog.delete_box() == nullptr);
+    dialog.type_box()->setCurrentIndex(1);
+    dialog.client_list()->item(0)->setCheckState(Qt::Checked);  // Acme
+    DeleteCriteria criteria;
+    QVERIFY(DeleteCriteriaOf(dialog, prompt_, &criteria));
+    QCOMPARE(RunWindowDeleteData(window_.get(), criteria), BulkOutcome::kDeclined);
+    QCOMPARE(Shown(), 3);
+    QCOMPARE(Texts(),
+             QStringList({"All data within the selected criteria will be permanently "
+                          "deleted.  Tap OK to delete or Cancel to cancel the "
+                          "operation."}));
+    prompt_.answers = {Answer::kOk};
+    int deleted = 0;
+    QCOMPARE(RunWindowDeleteData(window_.get(), criteria, &deleted), BulkOutcome::kDone);
+    QCOMPARE(deleted, 3);  // the next week's Acme entry too
+    QCOMPARE(Shown(), 1);
+  }
+
+  void ReportEditorFollowsTheType() {
+    ReportEditorDialog dialog(window_.get());
+    QCOMPARE(dialog.list()->topLevelItemCount(), 33);
+    QCOMPARE(dialog.list()->topLevelItem(0)->text(0), QString("Header Area"));
+    QCOMPARE(dialog.list()->topLevelItem(32)->text(0), QString("Report Date"));
+    QVERIFY(!dialog.list()->topLevelItem(5)->isDisabled());
+    dialog.ChoiceBox(kRowType)->setCurrentIndex(kReportTabular);
+    QCoreApplication::processEvents();
+    for (int row : {5, 6, 7}) QVERIFY(dialog.list()->topLevelItem(row)->isDisabled());
+    QVERIFY(!dialog.ChoiceBox(kRowGroupBy)->isEnabled());
+    QCOMPARE(dialog.editor().item(kRowType).choice, static_cast<int>(kReportTabular));
+    // A field row checked in the list is checked in the editor, and moves.
+    const int row = kRowFirstField + 1;
+    const bool was = dialog.editor().item(row).checked;
+    dialog.list()->topLevelItem(row)->setCheckState(0, was ? Qt::Unchecked : Qt::Checked);
+    QCoreApplication::processEvents();
+    QCOMPARE(dialog.editor().item(row).checked, !was);
+    const int field = dialog.editor().item(row).field;
+    dialog.list()->setCurrentItem(dialog.list()->topLevelItem(row));
+    dialog.MoveSelectedField(-1);
+    QCOMPARE(dialog.editor().item(kRowFirstField).field, field);
+    // The title takes 63 characters, no more.
+    QTreeWidgetItem* title = dialog.list()->topLevelItem(kRowTitle);
+    title->setText(1, QString(63, 'x'));
+    QCoreApplication::processEvents();
+    QCOMPARE(dialog.editor().item(kRowTitle).text, std::u16string(63, u'x'));
+    QVERIFY(prompt_.shown.empty());
+    dialog.list()->topLevelItem(kRowTitle)->setText(1, QString(64, 'y'));
+    QCoreApplication::processEvents();
+    QCOMPARE(Texts(), QStringList({"A report title holds at most 63 characters."}));
+    QCOMPARE(dialog.list()->topLevelItem(kRowTitle)->text(1), QString(63, 'x'));
+  }
+
+  void ReportSaveAsksBeforeOverwriting() {
+    ReportEditorDialog dialog(window_.get());
+    QStringList names = {"", "Weekly", "Weekly", "Weekly"};
+    dialog.ask_name = [&names](const std::u16string&) -> std::optional<std::u16string> {
+      if (names.isEmpty()) return std::nullopt;
+      return StdText(names.takeFirst());
+    };
+    QVERIFY(dialog.Save());  // the blank name is refused, then Weekly is saved
+    QCOMPARE(Texts(), QStringList({"Please enter some text. Blank is not allowed."}));
+    const ObjectId id = dialog.report().record_id;
+    QVERIFY(id != 0);
+    prompt_.answers = {Answer::kNo, Answer::kYes};
+    QVERIFY(dialog.Save());  // No asks the name again
+    QCOMPARE(Texts().mid(1), QStringList({"The report already exists. Do you want to "
+                                          "overwrite it?",
+                                          "The report already exists. Do you want to "
+                                          "overwrite it?"}));
+    QCOMPARE(dialog.report().record_id, id);
+  }
+
+  void SavedReportsDefaultRenameDelete() {
+    ReportEditorDialog editor(window_.get());
+    editor.ask_name = [](const std::u16string&) {
+      return std::optional(std::u16string(u"Weekly"));
+    };
+    QVERIFY(editor.Save());
+    SavedReportsDialog dialog(window_.get());
+    QCOMPARE(dialog.list()->count(), 1);
+    dialog.list()->setCurrentRow(0);
+    QVERIFY(dialog.MakeSelectedDefault());
+    QCOMPARE(data_->settings.default_report, std::u16string(u"Weekly"));
+    QCOMPARE(dialog.list()->item(0)->text(), QString("Weekly (default)"));
+    QVERIFY(dialog.RenameSelected(u"Monthly"));
+    QCOMPARE(data_->settings.default_report, std::u16string(u"Monthly"));
+    QCOMPARE(dialog.list()->item(0)->data(Qt::UserRole).toString(), QString("Monthly"));
+    prompt_.answers = {Answer::kYes};
+    QVERIFY(dialog.DeleteSelected());
+    QCOMPARE(Texts(), QStringList({"Are you sure to permanently delete this item?"}));
+    QCOMPARE(dialog.list()->count(), 0);
+    QVERIFY(data_->settings.default_report.empty());
+  }
+
+  void ReportCommandWritesAndOpens() {
+    ReportFromWindow(window_.get());
+    QCOMPARE(Texts(), QStringList({"There is no saved report."}));
+    ReportEditorDialog editor(window_.get());
+    editor.ask_name = [](const std::u16string&) {
+      return std::optional(std::u16string(u"Weekly"));
+    };
+    QVERIFY(editor.Save());
+    const std::string path = File("week.htm");
+    prompt_.files.push_back(path);
+    QVERIFY(RunWindowReport(window_.get(), u"Weekly", window_->period().GetRange()));
+    QCOMPARE(Q(prompt_.choosers[0].filter), QString("HTML Files (*.htm)|*.htm|"));
+    QCOMPARE(opened_, QList<QUrl>({QUrl::fromLocalFile(QString::fromStdString(path))}));
+    const std::string html = testing::ReadFileBytes(path);
+    QVERIFY(QString::fromStdString(html).startsWith(Q(kHtmlReportDoctype)));
+    QVERIFY(html.find("Support") != std::string::npos);
+    QVERIFY(html.find("Next week") == std::string::npos);
+
+    prompt_.files.push_back(File("missing-folder/week.htm"));
+    QVERIFY(!RunWindowReport(window_.get(), u"Weekly", window_->period().GetRange()));
+    QCOMPARE(Texts().last(), QString("Report generation has failed."));
+    QCOMPARE(opened_.size(), 1);
+  }
+
+  void HelpOpensAtItsTopics() {
+    const QString path = HelpFilePath();
+    QVERIFY(!path.isEmpty());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString html = QString::fromUtf8(file.readAll());
+    // Every topic the windows open has its anchor.
+    for (const char* topic :
+         {"main",     "entry",      "copy",      "timers",         "summary",
+          "filters",  "clients",    "ratesetup", "options",        "export",
+          "import",   "exportlist", "report",    "reports",        "savedreports",
+          "backup",   "restore",    "archive",   "archiverestore", "findreplace",
+          "markpaid", "deldata"}) {
+      QVERIFY2(html.contains(QString("id=\"%1\"").arg(topic)), topic);
+    }
+    QVERIFY(OpenHelp("deldata"));
+    QCOMPARE(opened_.size(), 1);
+    QCOMPARE(opened_[0].fragment(), QString("deldata"));
+    QCOMPARE(opened_[0].toLocalFile(), path);
+    window_->action("help")->trigger();
+    QCOMPARE(opened_.size(), 2);
+    QVERIFY(!opened_[1].hasFragment());
+
+    // A copy named by QUILLORA_HELP comes first.
+    const std::string own = File("Own.htm");
+    testing::WriteFileBytes(own, "<html></html>");
+    qputenv("QUILLORA_HELP", QByteArray::fromStdString(own));
+    const QUrl url = HelpUrl("backup");
+    QCOMPARE(url.toLocalFile(),
+             QFileInfo(QString::fromStdString(own)).canonicalFilePath());
+    QCOMPARE(url.fragment(), QString("backup"));
+    qunsetenv("QUILLORA_HELP");
+  }
+};
+
+}  // namespace
+}  // namespace quillora
+
+QTEST_MAIN(quillora::DataDialogsTest)
+#include "data_dialogs_test.moc"

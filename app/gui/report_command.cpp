@@ -1,0 +1,129 @@
+// The report command of the window and the generation both report windows use.
+#include <QDialogButtonBox>
+#include <QFormLayout>
+
+#include "app/gui/dialog_support.h"
+#include "app/gui/help.h"
+#include "app/gui/main_window.h"
+#include "app/gui/report_dialogs.h"
+#include "platform/file.h"
+#include "reports/html_report.h"
+#include "store/string_table.h"
+
+namespace quillora {
+
+FileChooser ReportFileChooser() {
+  FileChooser chooser;
+  chooser.filter = u"HTML Files (*.htm)|*.htm|";
+  chooser.default_extension = u"htm";
+  chooser.flags = kFileOverwritePrompt | kFileHideReadOnly;
+  return chooser;
+}
+
+bool GenerateReportFromWindow(MainWindow* window, const ReportDefinition& definition,
+                              const PeriodRange& range) {
+  WaitingPrompt prompt(window->prompt());
+  const auto path = prompt.ChooseFileToSave(ReportFileChooser());
+  if (!path) return false;
+  HtmlReportRequest request;
+  request.definition = definition;
+  request.range = range;
+  request.today = DateOnly(window->clock().LocalNow());
+  // The view's filter, with the report's days checked again by it.
+  request.criteria = window->filter();
+  request.criteria.range_start = DateOnly(range.start);
+  request.criteria.range_end = DateOnly(range.end);
+  if (!GenerateHtmlReport(window->entries(), FileSystem::Posix(), *path, request,
+                          window->data().settings, *window->data().locale)) {
+    prompt.ShowMessage(kAppTitle, LoadString(kIdsReportGenerationFailed),
+                       MessageIcon::kError);
+    return false;
+  }
+  OpenUrl(QUrl::fromLocalFile(QString::fromStdString(*path)));
+  return true;
+}
+
+ReportRunDialog::ReportRunDialog(MainWindow* window,
+                                 const std::vector<SavedReportName>& reports)
+    : QDialog(window) {
+  setWindowTitle(tr("Report"));
+  auto* form = new QFormLayout(this);
+  form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+  report_ = new QComboBox(this);
+  report_->setObjectName("report");
+  const std::u16string& preferred = window->data().settings.default_report;
+  for (const SavedReportName& saved : reports) {
+    // Reports of one name are one choice: the first of them is used.
+    if (report_->findText(QtText(saved.name), Qt::MatchExactly) >= 0) continue;
+    report_->addItem(QtText(saved.name));
+  }
+  const int preferred_index = report_->findText(QtText(preferred), Qt::MatchExactly);
+  if (preferred_index >= 0) report_->setCurrentIndex(preferred_index);
+  const PeriodRange range = window->period().GetRange();
+  start_ = new QDateEdit(QtDate(range.start), this);
+  end_ = new QDateEdit(QtDate(range.end), this);
+  for (QDateEdit* edit : {start_, end_}) {
+    edit->setCalendarPopup(true);
+    edit->setDisplayFormat("yyyy-MM-dd");
+  }
+  form->addRow(tr("Report:"), report_);
+  form->addRow(tr("Start:"), start_);
+  form->addRow(tr("End:"), end_);
+  auto* buttons = new QDialogButtonBox(
+      QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help, this);
+  ConnectHelpButton(buttons, "report");
+  form->addRow(buttons);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  FitNarrowScreens(this);
+}
+
+PeriodRange ReportRunDialog::Range() const {
+  QDate first = start_->date(), last = end_->date();
+  if (last < first) std::swap(first, last);
+  return WholeDayRange(first, last);
+}
+
+bool RunWindowReport(MainWindow* window, const std::u16string& name,
+                     const PeriodRange& range) {
+  AuxStore aux(*window->data().volume);
+  ReportDefinition definition;
+  ObjectId record_id = 0;
+  SavedReportLookup lookup = SavedReportLookup::kNoSavedReport;
+  if (OpenSavedReports(aux)) lookup = LoadSavedReport(aux, name, &definition, &record_id);
+  switch (lookup) {
+    case SavedReportLookup::kFound:
+      break;
+    case SavedReportLookup::kNoSavedReport:
+      window->prompt().ShowMessage(kAppTitle, LoadString(kIdsNoSavedReport),
+                                   MessageIcon::kInformation);
+      return false;
+    case SavedReportLookup::kNotFound:
+      window->prompt().ShowMessage(kAppTitle, LoadString(kIdsNoSavedReportNamed),
+                                   MessageIcon::kExclamation);
+      return false;
+    case SavedReportLookup::kDamaged:
+      window->prompt().ShowMessage(kAppTitle, LoadString(kIdsSavedReportDamaged),
+                                   MessageIcon::kError);
+      return false;
+  }
+  return GenerateReportFromWindow(window, definition, range);
+}
+
+void ReportFromWindow(MainWindow* window) {
+  std::vector<SavedReportName> reports;
+  {
+    AuxStore aux(*window->data().volume);
+    if (OpenSavedReports(aux)) reports = ListSavedReports(aux);
+  }
+  if (reports.empty()) {
+    window->prompt().ShowMessage(kAppTitle, LoadString(kIdsNoSavedReport),
+                                 MessageIcon::kInformation);
+    return;
+  }
+  ReportRunDialog dialog(window, reports);
+  if (dialog.exec() != QDialog::Accepted) return;
+  RunWindowReport(window, StdText(dialog.report_box()->currentText()), dialog.Range());
+}
+
+}  // namespace quillora
