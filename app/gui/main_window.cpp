@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <QWidgetAction>
 
+#include "app/gui/entry_commands.h"
 #include "store/string_table.h"
 #include "store/time_entry.h"
 
@@ -79,6 +80,7 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   connect(&external_poll_, &QTimer::timeout, this, &MainWindow::PollExternalChanges);
   setMinimumSize(240, 320);
   resize(420, 620);
+  InstallEntryCommands(this);
 }
 
 MainWindow::~MainWindow() = default;

@@ -8,6 +8,11 @@
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
 
+namespace quillora {
+void ShootEntryDialogs(DataContext& data, EntryStore& store, const Clock& clock,
+                       const QString& out);
+}  // namespace quillora
+
 namespace {
 
 using namespace quillora;
@@ -67,5 +72,6 @@ int main(int argc, char** argv) {
   window.entry_list()->setCurrentIndex(window.entry_model()->index(1));
   Shoot(&window, QSize(240, 320), out + "/main-window-handheld.png");
   Shoot(&window, QSize(520, 640), out + "/main-window.png");
+  ShootEntryDialogs(data, store, clock, out);
   return 0;
 }
