@@ -115,6 +115,7 @@ QWidget* EntryEditorDialog::BuildGeneral() {
   task_ = EditableBox(page, static_cast<int>(kNameFieldChars));
   duration_ = EditableBox(page, static_cast<int>(kDurationFieldChars));
   auto* duration_row = new QHBoxLayout;
+  duration_row->setSpacing(6);
   duration_row->addWidget(duration_, 1);
   duration_row->addWidget(new QLabel(tr("hour(s)"), page));
   start_check_ = new QCheckBox(page);

@@ -6,6 +6,7 @@
 #include "app/gui/timers_dialog.h"
 #include "store/data_context.h"
 #include "store/note_text.h"
+#include "store/rates.h"
 
 namespace quillora {
 namespace {
@@ -54,6 +55,9 @@ void ShootEntryDialogs(DataContext& data, EntryStore& store, const Clock& clock,
   const auto note = NoteBlobFromParts(u"Walked through the new wireframes.\nSend the "
                                       u"revised home page by Friday.", Signature());
   SetNote(&entry, static_cast<std::int32_t>(note.size()), note.data());
+  AddRate(data.catalogue->rates, 0, 95.0, 0, u"Standard", false);
+  AddRate(data.catalogue->rates, 3, 400.0, 0, u"Site visit", false);
+  AddRate(data.catalogue->rates, 1, 140.0, 0, u"Evenings", false);
   const EditorServices services{*data.catalogue, data.settings, *data.locale, prompt, clock};
   const char* names[] = {"general", "billing", "custom-fields", "notes"};
   for (const auto& [size, suffix] :
@@ -61,7 +65,7 @@ void ShootEntryDialogs(DataContext& data, EntryStore& store, const Clock& clock,
     EntryEditorDialog dialog(services, entry, store);
     for (int page = 0; page < 4; ++page) {
       dialog.pages()->setCurrentIndex(page);
-      if (page == 1) dialog.editor().Calculate();
+      if (page == 1) dialog.calculate_button()->click();
       Grab(&dialog, size, out + "/entry-editor-" + names[page] + suffix + ".png");
     }
     dialog.reject();

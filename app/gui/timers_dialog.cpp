@@ -64,6 +64,7 @@ TimersDialogWidget::TimersDialogWidget(TimerHub& hub, const Locale& locale, User
   tabs_->setExpanding(false);
   tabs_->setUsesScrollButtons(true);
   tabs_->setDrawBase(true);
+  tabs_->setIconSize(QSize(12, 12));
   for (const char16_t* label : kTimerTabLabels) tabs_->addTab(ToQString(label));
   tabs_->setCurrentIndex(model_.tab());
   start_ = new QLabel(this);
