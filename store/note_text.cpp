@@ -29,7 +29,8 @@ std::uint32_t Get32(const std::uint8_t* p) {
 
 // Reads the stroke bytes of a drawing section; false when a count runs past
 // `size` or bytes are left over.
-bool ReadStrokes(const std::uint8_t* p, std::size_t size, std::vector<NoteStroke>* strokes) {
+bool ReadStrokes(const std::uint8_t* p, std::size_t size,
+                 std::vector<NoteStroke>* strokes) {
   if (size < 2) return false;
   const std::uint16_t count = Get16(p);
   std::size_t at = 2;
@@ -92,7 +93,8 @@ bool ReadNoteBlob(const std::uint8_t* bytes, std::size_t size, std::u16string* t
   const std::uint32_t units = Get32(bytes + 4);
   if (units > (size - 8) / 2) return false;
   const std::uint8_t* p = bytes + 8;
-  for (std::uint32_t i = 0; i < units; ++i) text->push_back(static_cast<char16_t>(Get16(p + 2 * i)));
+  for (std::uint32_t i = 0; i < units; ++i)
+    text->push_back(static_cast<char16_t>(Get16(p + 2 * i)));
   std::size_t at = 8 + static_cast<std::size_t>(units) * 2;
   if (at == size) return true;
   bool ok = size - at >= 8 && std::memcmp(bytes + at, kDrawMagic, 4) == 0;

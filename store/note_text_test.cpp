@@ -32,12 +32,14 @@ TEST(NoteTextTest, DrawingRoundTripsAndItsBytesAreFixed) {
   const std::vector<NoteStroke> strokes = {{{1, 2}, {-3, 300}}, {}, {{32767, -32768}}};
   const auto blob = NoteBlobFromParts(u"a\nb", strokes);
   const std::vector<std::uint8_t> drawing(blob.begin() + 14, blob.end());
+  // clang-format off
   const std::vector<std::uint8_t> expected = {
-      'D', 'R', 'W', '1', 20, 0, 0, 0,  // magic, byte count
-      3, 0,                             // strokes
-      2, 0, 1, 0, 2, 0, 0xFD, 0xFF, 0x2C, 0x01,
-      0, 0,
-      1, 0, 0xFF, 0x7F, 0x00, 0x80};
+      'D', 'R', 'W', '1', 20, 0, 0, 0,         // magic, byte count
+      3, 0,                                    // strokes
+      2, 0, 1, 0, 2, 0, 0xFD, 0xFF, 0x2C, 0x01,  // two points: (1, 2), (-3, 300)
+      0, 0,                                    // no points
+      1, 0, 0xFF, 0x7F, 0x00, 0x80};           // (32767, -32768)
+  // clang-format on
   EXPECT_EQ(drawing, expected);
   std::u16string text;
   std::vector<NoteStroke> back;

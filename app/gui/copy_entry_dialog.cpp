@@ -47,10 +47,11 @@ CopyEntryDialogWidget::CopyEntryDialogWidget(EntryStore& entries, const TimeEntr
   layout->addWidget(weekend_);
   auto* form = new QFormLayout;
   form->addRow(tr("Duration:"), duration_);
-  const std::pair<QString, const std::u16string*> shown[] = {{tr("Client:"), &model_.client},
-                                                             {tr("Project:"), &model_.project},
-                                                             {tr("Phase:"), &model_.phase},
-                                                             {tr("Task:"), &model_.task}};
+  const std::pair<QString, const std::u16string*> shown[] = {
+      {tr("Client:"), &model_.client},
+      {tr("Project:"), &model_.project},
+      {tr("Phase:"), &model_.phase},
+      {tr("Task:"), &model_.task}};
   for (const auto& [label, text] : shown) {
     auto* value = new QLabel(ToQString(*text), this);
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -69,7 +70,8 @@ CopyEntryDialogWidget::CopyEntryDialogWidget(EntryStore& entries, const TimeEntr
   connect(end_, &QDateEdit::dateChanged, this, [this](const QDate& d) {
     model_.end_date = MakeSystemTime(d.year(), d.month(), d.day());
   });
-  connect(weekend_, &QCheckBox::toggled, this, [this](bool on) { model_.include_weekend = on; });
+  connect(weekend_, &QCheckBox::toggled, this,
+          [this](bool on) { model_.include_weekend = on; });
   connect(duration_, &QComboBox::editTextChanged, this,
           [this](const QString& text) { model_.SetDuration(FromQString(text)); });
 }

@@ -17,8 +17,9 @@ class CopyEntryDialogWidget : public QDialog {
   Q_OBJECT
 
  public:
-  CopyEntryDialogWidget(EntryStore& entries, const TimeEntry& source, const Settings& settings,
-                        int code_page, UserPrompt& prompt, QWidget* parent = nullptr);
+  CopyEntryDialogWidget(EntryStore& entries, const TimeEntry& source,
+                        const Settings& settings, int code_page, UserPrompt& prompt,
+                        QWidget* parent = nullptr);
 
   CopyEntryDialog& model() { return model_; }
   QRadioButton* rest_of_week() const { return rest_; }

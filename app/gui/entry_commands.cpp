@@ -15,14 +15,15 @@ EntryCommands::EntryCommands(MainWindow* window)
 bool EntryCommands::EditEntry(const TimeEntry& entry) {
   DataContext& data = window_->data();
   if (!data.catalogue) return false;
-  const EditorServices services{*data.catalogue, data.settings, *data.locale, window_->prompt(),
-                                window_->clock()};
+  const EditorServices services{*data.catalogue, data.settings, *data.locale,
+                                window_->prompt(), window_->clock()};
   EntryEditorDialog dialog(services, entry, window_->entries(), window_);
   dialog.setObjectName("entryEditor");
   if (dialog.exec() != QDialog::Accepted) return false;
   window_->Reload();
   const int row = window_->entry_model()->RowOf(dialog.editor().entry().recordId);
-  if (row >= 0) window_->entry_list()->setCurrentIndex(window_->entry_model()->index(row));
+  if (row >= 0)
+    window_->entry_list()->setCurrentIndex(window_->entry_model()->index(row));
   return true;
 }
 
@@ -47,9 +48,9 @@ void EntryCommands::CopySelected() {
   const QModelIndex index = window_->entry_list()->currentIndex();
   if (!index.isValid()) return;
   DataContext& data = window_->data();
-  CopyEntryDialogWidget dialog(window_->entries(), window_->entry_model()->EntryAt(index.row()),
-                               data.settings, data.locale->AnsiCodePage(), window_->prompt(),
-                               window_);
+  CopyEntryDialogWidget dialog(
+      window_->entries(), window_->entry_model()->EntryAt(index.row()), data.settings,
+      data.locale->AnsiCodePage(), window_->prompt(), window_);
   dialog.setObjectName("copyEntry");
   dialog.exec();
 }
@@ -68,7 +69,8 @@ void EntryCommands::OpenTimers() {
 }
 
 void EntryCommands::UpdateTimerButton() {
-  if (QAction* timers = window_->action("timers")) timers->setChecked(hub_->timers().AnyActive());
+  if (QAction* timers = window_->action("timers"))
+    timers->setChecked(hub_->timers().AnyActive());
 }
 
 void InstallEntryCommands(MainWindow* window) {

@@ -109,7 +109,8 @@ class EntryDialogsTest : public QObject {
         QCOMPARE(editor->date_edit()->date(), QDate(2026, 11, 18));
         QVERIFY(editor->start_check()->isChecked());
         QCOMPARE(editor->start_edit()->time(), QTime(9, 0));
-        QCOMPARE(editor->duration_box()->currentText(), QString("1.50"));  // 80 min up to 90
+        QCOMPARE(editor->duration_box()->currentText(),
+                 QString("1.50"));  // 80 min up to 90
         QCOMPARE(editor->note_edit()->Text(), QString("Met the client"));
         QCOMPARE(editor->note_edit()->canvas()->strokes().size(), std::size_t{1});
         editor->client_box()->setEditText("Acme");
@@ -190,7 +191,8 @@ class EntryDialogsTest : public QObject {
     dialog.reset_button()->click();
     QCOMPARE(commands_->hub().timers().slot(0).state, kTimerIdle);
     QCOMPARE(dialog.note_edit()->Text(), QString());
-    QCOMPARE(ToQString(prompt_.shown.at(0).text), QString("Are you sure to reset the timer?"));
+    QCOMPARE(ToQString(prompt_.shown.at(0).text),
+             QString("Are you sure to reset the timer?"));
     QCOMPARE(dialog.start_label()->text(), QString("Start: <>"));
   }
 
@@ -254,7 +256,8 @@ class EntryDialogsTest : public QObject {
     prompt_.shown.clear();
     dialog.pages()->setCurrentIndex(1);
     QCOMPARE(dialog.pages()->currentIndex(), 0);
-    QCOMPARE(ToQString(prompt_.Texts().at(0)), ToQString(LoadString(kIdsClientNameRequired)));
+    QCOMPARE(ToQString(prompt_.Texts().at(0)),
+             ToQString(LoadString(kIdsClientNameRequired)));
     dialog.client_box()->setEditText("Acme");
     dialog.pages()->setCurrentIndex(1);
     QCOMPARE(dialog.pages()->currentIndex(), 1);
@@ -307,7 +310,8 @@ class EntryDialogsTest : public QObject {
     QVERIFY(!opened.isEmpty());
     QCOMPARE(note->Text(), QString("line one\nline two\nline three"));
     QCOMPARE(note->canvas()->strokes().size(), std::size_t{1});
-    QCOMPARE(ToQString(prompt_.shown.at(0).text), ToQString(LoadString(kIdsEditInWordPrompt)));
+    QCOMPARE(ToQString(prompt_.shown.at(0).text),
+             ToQString(LoadString(kIdsEditInWordPrompt)));
     QVERIFY(prompt_.shown[0].buttons == QuestionButtons::kOkCancel);
 
     prompt_.shown.clear();
@@ -326,7 +330,8 @@ class EntryDialogsTest : public QObject {
     source.task = u"Design";
     source.duration = 100;
     QVERIFY(AddEntry(window_->entries(), source));
-    CopyEntryDialogWidget dialog(window_->entries(), source, data_->settings, 1252, prompt_);
+    CopyEntryDialogWidget dialog(window_->entries(), source, data_->settings, 1252,
+                                 prompt_);
     dialog.duration_box()->setEditText("");
     dialog.accept();
     QCOMPARE(ToQString(prompt_.Texts().at(0)), ToQString(kDurationRequiredMessage));

@@ -35,7 +35,8 @@ QComboBox* EditableBox(QWidget* parent, int limit) {
 }
 
 // Refills a drop-down's list, keeping the text in its box.
-void Fill(QComboBox* box, const std::vector<std::u16string>& items, const std::u16string& text) {
+void Fill(QComboBox* box, const std::vector<std::u16string>& items,
+          const std::u16string& text) {
   const QSignalBlocker block(box);
   box->clear();
   for (const auto& item : items) box->addItem(ToQString(item));
@@ -75,8 +76,9 @@ bool RunStartEndDialog(QWidget* parent, StartEndPickers* pickers) {
 
 }  // namespace
 
-EntryEditorDialog::EntryEditorDialog(const EditorServices& services, const TimeEntry& entry,
-                                     EntryStore& entries, QWidget* parent)
+EntryEditorDialog::EntryEditorDialog(const EditorServices& services,
+                                     const TimeEntry& entry, EntryStore& entries,
+                                     QWidget* parent)
     : QDialog(parent),
       editor_(services, entry),
       entries_(entries),
@@ -168,7 +170,8 @@ QWidget* EntryEditorDialog::BuildGeneral() {
     if (loading_) return;
     std::optional<SystemTime> time;
     if (start_check_->isChecked()) {
-      time = FromQDateTime(date_->date(), QTime(start_->time().hour(), start_->time().minute()));
+      time = FromQDateTime(date_->date(),
+                           QTime(start_->time().hour(), start_->time().minute()));
     }
     editor_.SetStart(time);
   };
@@ -236,17 +239,18 @@ QWidget* EntryEditorDialog::BuildBilling() {
   connect(fixed_, &QCheckBox::toggled, this, [this](bool on) {
     if (!loading_) editor_.SetFixed(on);
   });
-  connect(rate_tree_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
-    if (loading_ || item == nullptr) return;
-    const int group = item->data(0, kGroupRole).toInt();
-    const int index = item->data(0, kIndexRole).toInt();
-    if (group == -1) {
-      editor_.ChooseCustomRate();
-    } else if (index < 0 || !editor_.ChooseRate(group, index)) {
-      return;  // a client's heading chooses nothing
-    }
-    ShowBilling();
-  });
+  connect(rate_tree_, &QTreeWidget::currentItemChanged, this,
+          [this](QTreeWidgetItem* item) {
+            if (loading_ || item == nullptr) return;
+            const int group = item->data(0, kGroupRole).toInt();
+            const int index = item->data(0, kIndexRole).toInt();
+            if (group == -1) {
+              editor_.ChooseCustomRate();
+            } else if (index < 0 || !editor_.ChooseRate(group, index)) {
+              return;  // a client's heading chooses nothing
+            }
+            ShowBilling();
+          });
   connect(calculate_, &QPushButton::clicked, this, [this] {
     editor_.Calculate();
     ShowBilling();
@@ -265,9 +269,9 @@ QWidget* EntryEditorDialog::BuildCustom() {
     custom_[n] = EditableBox(page, static_cast<int>(kCustomFieldChars));
     Fill(custom_[n], editor_.CustomFieldList(i), custom.values[n]);
     form->addRow(custom_labels_[n], custom_[n]);
-    connect(custom_[n], &QComboBox::editTextChanged, this, [this, i](const QString& text) {
-      editor_.SetCustomField(i, FromQString(text));
-    });
+    connect(
+        custom_[n], &QComboBox::editTextChanged, this,
+        [this, i](const QString& text) { editor_.SetCustomField(i, FromQString(text)); });
   }
   return page;
 }
@@ -312,7 +316,8 @@ void EntryEditorDialog::FillRateTree() {
   rate_tree_->clear();
   const RateTree& tree = editor_.rate_tree();
   if (tree.custom_rate) {
-    auto* custom = new QTreeWidgetItem(rate_tree_, {ToQString(LoadString(kIdsCustomRate))});
+    auto* custom =
+        new QTreeWidgetItem(rate_tree_, {ToQString(LoadString(kIdsCustomRate))});
     custom->setData(0, kGroupRole, -1);
   }
   for (std::size_t g = 0; g < tree.groups.size(); ++g) {
@@ -321,7 +326,8 @@ void EntryEditorDialog::FillRateTree() {
     group->setData(0, kIndexRole, -1);
     group->setFlags(Qt::ItemIsEnabled);
     for (std::size_t i = 0; i < tree.groups[g].rates.size(); ++i) {
-      auto* item = new QTreeWidgetItem(group, {ToQString(RateLabel(tree.groups[g].rates[i]))});
+      auto* item =
+          new QTreeWidgetItem(group, {ToQString(RateLabel(tree.groups[g].rates[i]))});
       item->setData(0, kGroupRole, static_cast<int>(g));
       item->setData(0, kIndexRole, static_cast<int>(i));
     }
@@ -385,11 +391,24 @@ void EntryEditorDialog::PageChanged(int index) {
 
 void EntryEditorDialog::FocusRefused() {
   switch (editor_.focus()) {
-    case EditorField::kClient: pages_->setCurrentIndex(kGeneral); client_->setFocus(); break;
-    case EditorField::kDuration: pages_->setCurrentIndex(kGeneral); duration_->setFocus(); break;
-    case EditorField::kTask: pages_->setCurrentIndex(kGeneral); task_->setFocus(); break;
-    case EditorField::kRate: pages_->setCurrentIndex(kBilling); rate_->setFocus(); break;
-    case EditorField::kNone: break;
+    case EditorField::kClient:
+      pages_->setCurrentIndex(kGeneral);
+      client_->setFocus();
+      break;
+    case EditorField::kDuration:
+      pages_->setCurrentIndex(kGeneral);
+      duration_->setFocus();
+      break;
+    case EditorField::kTask:
+      pages_->setCurrentIndex(kGeneral);
+      task_->setFocus();
+      break;
+    case EditorField::kRate:
+      pages_->setCurrentIndex(kBilling);
+      rate_->setFocus();
+      break;
+    case EditorField::kNone:
+      break;
   }
 }
 
@@ -415,7 +434,8 @@ bool EntryEditorDialog::EditInWord() {
     file.close();
   }
   if (!written) {
-    prompt_.ShowMessage(kAppTitle, LoadString(kIdsExportNoteFailed), MessageIcon::kExclamation);
+    prompt_.ShowMessage(kAppTitle, LoadString(kIdsExportNoteFailed),
+                        MessageIcon::kExclamation);
     return false;
   }
   opener_(path);

@@ -54,7 +54,9 @@ class EntryEditorDialog : public QDialog {
   QCheckBox* fixed_check() const { return fixed_; }
   QLineEdit* total_edit() const { return total_; }
   QPushButton* calculate_button() const { return calculate_; }
-  QLabel* custom_label(int i) const { return custom_labels_[static_cast<std::size_t>(i)]; }
+  QLabel* custom_label(int i) const {
+    return custom_labels_[static_cast<std::size_t>(i)];
+  }
   QComboBox* custom_box(int i) const { return custom_[static_cast<std::size_t>(i)]; }
   NoteEdit* note_edit() const { return note_; }
 

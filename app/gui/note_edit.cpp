@@ -13,7 +13,9 @@ namespace quillora {
 namespace {
 
 NotePoint ToNotePoint(QPoint p) {
-  auto clamp = [](int v) { return static_cast<std::int16_t>(std::clamp(v, -32768, 32767)); };
+  auto clamp = [](int v) {
+    return static_cast<std::int16_t>(std::clamp(v, -32768, 32767));
+  };
   return {clamp(p.x()), clamp(p.y())};
 }
 
@@ -44,7 +46,8 @@ void NoteCanvas::BeginStroke(QPoint at) {
 }
 
 void NoteCanvas::ExtendStroke(QPoint at) {
-  if (!stroking_ || strokes_.empty() || strokes_.back().size() >= kMaxStrokePoints) return;
+  if (!stroking_ || strokes_.empty() || strokes_.back().size() >= kMaxStrokePoints)
+    return;
   const NotePoint p = ToNotePoint(at);
   if (strokes_.back().back() == p) return;
   strokes_.back().push_back(p);
@@ -78,17 +81,26 @@ void NoteCanvas::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) BeginStroke(event->position().toPoint());
 }
 
-void NoteCanvas::mouseMoveEvent(QMouseEvent* event) { ExtendStroke(event->position().toPoint()); }
+void NoteCanvas::mouseMoveEvent(QMouseEvent* event) {
+  ExtendStroke(event->position().toPoint());
+}
 
 void NoteCanvas::mouseReleaseEvent(QMouseEvent*) { EndStroke(); }
 
 void NoteCanvas::tabletEvent(QTabletEvent* event) {
   const QPoint at = event->position().toPoint();
   switch (event->type()) {
-    case QEvent::TabletPress: BeginStroke(at); break;
-    case QEvent::TabletMove: ExtendStroke(at); break;
-    case QEvent::TabletRelease: EndStroke(); break;
-    default: break;
+    case QEvent::TabletPress:
+      BeginStroke(at);
+      break;
+    case QEvent::TabletMove:
+      ExtendStroke(at);
+      break;
+    case QEvent::TabletRelease:
+      EndStroke();
+      break;
+    default:
+      break;
   }
   event->accept();
 }
@@ -102,13 +114,17 @@ bool NoteCanvas::event(QEvent* event) {
       auto* touch = static_cast<QTouchEvent*>(event);
       if (touch->points().isEmpty()) return true;
       const QPoint at = touch->points().first().position().toPoint();
-      if (event->type() == QEvent::TouchBegin) BeginStroke(at);
-      else if (event->type() == QEvent::TouchUpdate) ExtendStroke(at);
-      else EndStroke();
+      if (event->type() == QEvent::TouchBegin)
+        BeginStroke(at);
+      else if (event->type() == QEvent::TouchUpdate)
+        ExtendStroke(at);
+      else
+        EndStroke();
       event->accept();
       return true;
     }
-    default: return QWidget::event(event);
+    default:
+      return QWidget::event(event);
   }
 }
 

@@ -21,7 +21,9 @@ inline std::u16string FromQString(const QString& text) {
 }
 
 inline QDate ToQDate(const SystemTime& st) { return QDate(st.year, st.month, st.day); }
-inline QTime ToQTime(const SystemTime& st) { return QTime(st.hour, st.minute, st.second); }
+inline QTime ToQTime(const SystemTime& st) {
+  return QTime(st.hour, st.minute, st.second);
+}
 
 inline SystemTime FromQDateTime(const QDate& d, const QTime& t) {
   return MakeSystemTime(d.year(), d.month(), d.day(), t.hour(), t.minute(), t.second());

@@ -54,9 +54,13 @@ QIcon TimerStateIcon(TimerIcon icon) {
   return QIcon(pixmap);
 }
 
-TimersDialogWidget::TimersDialogWidget(TimerHub& hub, const Locale& locale, UserPrompt& prompt,
-                                       QWidget* parent, int tab)
-    : QDialog(parent), hub_(hub), locale_(locale), prompt_(prompt), model_(hub.timers(), tab) {
+TimersDialogWidget::TimersDialogWidget(TimerHub& hub, const Locale& locale,
+                                       UserPrompt& prompt, QWidget* parent, int tab)
+    : QDialog(parent),
+      hub_(hub),
+      locale_(locale),
+      prompt_(prompt),
+      model_(hub.timers(), tab) {
   setWindowTitle(ToQString(kEntryTimersTitle));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 6, 6, 6);

@@ -36,7 +36,8 @@ class TimerHub : public QObject {
 
  public:
   // `tick` null: the QTimer-backed one.
-  TimerHub(const Clock& clock, QObject* parent, std::unique_ptr<TickTimer> tick = nullptr);
+  TimerHub(const Clock& clock, QObject* parent,
+           std::unique_ptr<TickTimer> tick = nullptr);
   TimerSet& timers() { return *timers_; }
   // Stops the periodic tick; tests then call timers().Tick() themselves.
   void StopTicking() { tick_->Stop(); }
