@@ -324,6 +324,45 @@ class EntryDialogsTest : public QObject {
                      "and try again."));
   }
 
+  // A double click edits the item in place; a single tap does only with the
+  // item tap option.
+  void OpeningAnItem() {
+    TimeEntry entry = NewEntry(data_->settings, MakeSystemTime(2026, 11, 17));
+    entry.client = u"Acme";
+    entry.task = u"Design";
+    entry.duration = 100;
+    QVERIFY(AddEntry(window_->entries(), entry));
+    window_->Reload();
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+    QListView* list = window_->entry_list();
+    const QPoint item = list->visualRect(window_->entry_model()->index(0)).center();
+    QString title;
+    OnModal([&](QWidget* widget) {
+      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
+      QVERIFY(editor != nullptr);
+      title = editor->windowTitle();
+      editor->task_box()->setEditText("Review");
+      editor->accept();
+    });
+    list->setCurrentIndex(window_->entry_model()->index(0));
+    emit list->doubleClicked(window_->entry_model()->index(0));
+    QCOMPARE(title, QString("Edit Entry"));
+    QCOMPARE(Shown().size(), std::size_t{1});
+    QCOMPARE(ToQString(Shown()[0].task), QString("Review"));
+
+    for (const bool tap : {false, true}) {
+      data_->settings.option_bits = tap ? data_->settings.option_bits | kOptionItemTap
+                                        : data_->settings.option_bits & ~kOptionItemTap;
+      bool opened = false;
+      OnModal(
+          [&](QWidget* widget) { opened = qobject_cast<EntryEditorDialog*>(widget); });
+      QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, item);
+      QApplication::processEvents();
+      QVERIFY2(opened == tap, tap ? "tap option on" : "tap option off");
+    }
+  }
+
   void CopyRefusesThenCopies() {
     TimeEntry source = NewEntry(data_->settings, MakeSystemTime(2026, 11, 18));
     source.client = u"Acme";
