@@ -11,5 +11,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<std::uint8_t> blob(data, data + size);
   const std::u16string text = quillora::NoteBlobToText(blob.data(), blob.size());
   if (text.size() > size) __builtin_trap();
+  std::u16string typed;
+  std::vector<quillora::NoteStroke> strokes;
+  if (quillora::ReadNoteBlob(blob.data(), blob.size(), &typed, &strokes)) {
+    // What was read writes back to the same bytes.
+    if (!blob.empty() && quillora::NoteBlobFromParts(typed, strokes) != blob &&
+        !strokes.empty()) {
+      __builtin_trap();
+    }
+  }
   return 0;
 }

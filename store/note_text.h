@@ -3,10 +3,12 @@
 // A note blob is: the four bytes "QNT1"; a 32-bit little-endian count of
 // UTF-16 units; the typed text as that many UTF-16LE units; then, optionally,
 // a drawing section ("DRW1", a 32-bit byte count, the stroke bytes). Entries
-// keep notes byte for byte whatever they hold; only the text is ever read.
+// keep notes byte for byte whatever they hold; the exports read only the text,
+// the note control reads the strokes too.
 #ifndef QUILLORA_STORE_NOTE_TEXT_H_
 #define QUILLORA_STORE_NOTE_TEXT_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -20,6 +22,31 @@ std::vector<std::uint8_t> NoteBlobFromText(const std::u16string& text);
 // not in the note editor's form, or whose counts run past its end, gives empty
 // text; nothing outside the blob is ever read.
 std::u16string NoteBlobToText(const std::uint8_t* bytes, std::size_t size);
+
+// One point of a drawn stroke, in the note control's pixels from its top left.
+struct NotePoint {
+  std::int16_t x = 0;
+  std::int16_t y = 0;
+  friend bool operator==(const NotePoint&, const NotePoint&) = default;
+};
+using NoteStroke = std::vector<NotePoint>;
+
+// The most strokes, and points in one stroke, a drawing section holds (each
+// count is 16 bits); longer drawings are cut when written.
+inline constexpr std::size_t kMaxNoteStrokes = 0xFFFF;
+inline constexpr std::size_t kMaxStrokePoints = 0xFFFF;
+
+// A note blob holding `text` exactly as typed and, when `strokes` is not
+// empty, a drawing section with them (docs/notes.md gives the bytes).
+std::vector<std::uint8_t> NoteBlobFromParts(const std::u16string& text,
+                                            const std::vector<NoteStroke>& strokes);
+
+// The typed text (line breaks as stored) and the strokes of a note blob. An
+// empty blob is an empty note. False, with both emptied, for a blob that is
+// not in the note editor's form or whose counts run past its end; nothing
+// outside the blob is ever read.
+bool ReadNoteBlob(const std::uint8_t* bytes, std::size_t size, std::u16string* text,
+                  std::vector<NoteStroke>* strokes);
 
 }  // namespace quillora
 

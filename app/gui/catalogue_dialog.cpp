@@ -36,7 +36,7 @@ ObjectId RecordOf(const QTreeWidgetItem* item) {
   return item ? item->data(0, kRecordRole).toUInt() : 0;
 }
 std::u16string ProjectOf(const QTreeWidgetItem* item) {
-  return item ? ToU16(item->data(0, kProjectRole).toString()) : std::u16string();
+  return item ? FromQString(item->data(0, kProjectRole).toString()) : std::u16string();
 }
 
 QTreeWidgetItem* NewItem(QTreeWidgetItem* parent, const std::u16string& text, Kind kind,
@@ -334,7 +334,7 @@ void CatalogueDialog::RenameItem() {
   const QTreeWidgetItem* item = tree_->currentItem();
   const Kind kind = KindOf(item);
   if (!item || IsGroup(kind)) return;
-  const std::u16string old_name = ToU16(item->text(0));
+  const std::u16string old_name = FromQString(item->text(0));
   const ClientId client = ClientOf(item);
   const ObjectId record = RecordOf(item);
   QStringList select = SelectedPath();
@@ -347,7 +347,7 @@ void CatalogueDialog::RenameItem() {
   switch (kind) {
     case Kind::kClient:
       if (FindClient(catalogue_.clients, name)) {
-        prompt_.ShowMessage(kAppTitle, ToU16(tr("There is a client of that name already.")),
+        prompt_.ShowMessage(kAppTitle, FromQString(tr("There is a client of that name already.")),
                             MessageIcon::kExclamation);
         return;
       }

@@ -4,6 +4,7 @@
 #include <QMessageBox>
 
 #include "app/gui/main_window.h"
+#include "app/gui/out_of_memory.h"
 #include "app/gui/single_instance.h"
 #include "store/string_table.h"
 
@@ -14,6 +15,7 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
   QApplication app(argc, argv);
   QApplication::setApplicationName("Quillora");
   QApplication::setApplicationDisplayName("Quillora");
+  InstallOutOfMemoryHandler();
   QStringList arguments;
   for (const std::string& p : paths) arguments << QString::fromStdString(p);
 

@@ -17,6 +17,7 @@
 #include "app/gui/options_commands.h"
 #include "app/gui/backup_dialogs.h"
 #include "app/gui/data_commands.h"
+#include "app/gui/entry_commands.h"
 #include "store/string_table.h"
 #include "store/time_entry.h"
 
@@ -82,6 +83,7 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   InstallCatalogueCommands(this);
   InstallOptionsCommands(this);
   InstallDataCommands(this);
+  InstallEntryCommands(this);
 }
 
 MainWindow::~MainWindow() = default;

@@ -69,7 +69,7 @@ std::vector<std::u16string> MoveDialog::CheckedProjects() const {
   std::vector<std::u16string> names;
   for (int i = 0; i < projects_->count(); ++i) {
     if (projects_->item(i)->checkState() == Qt::Checked) {
-      names.push_back(ToU16(projects_->item(i)->text()));
+      names.push_back(FromQString(projects_->item(i)->text()));
     }
   }
   return names;

@@ -31,7 +31,7 @@ NameDialog::NameDialog(UserPrompt& prompt, const std::u16string& title,
   setMinimumWidth(220);
 }
 
-std::u16string NameDialog::text() const { return ToU16(line_->text()); }
+std::u16string NameDialog::text() const { return FromQString(line_->text()); }
 
 void NameDialog::accept() {
   if (!CheckNameText(prompt_, text())) {

@@ -54,8 +54,8 @@ RateEditDialog::RateEditDialog(RateStore& rates, const Locale& locale, UserPromp
 void RateEditDialog::accept() {
   RateInput input;
   input.type = type_->currentIndex();
-  input.description = ToU16(description_->text());
-  input.value_text = ToU16(value_->text());
+  input.description = FromQString(description_->text());
+  input.value_text = FromQString(value_->text());
   input.client = rate_.client;
   input.record_id = rate_.record_id;
   const std::u16string refusal = CheckRate(rates_, locale_, input);

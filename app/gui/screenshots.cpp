@@ -11,6 +11,11 @@
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
 
+namespace quillora {
+void ShootEntryDialogs(DataContext& data, EntryStore& store, const Clock& clock,
+                       const QString& out);
+}  // namespace quillora
+
 namespace {
 
 using namespace quillora;
@@ -73,5 +78,6 @@ int main(int argc, char** argv) {
   ShootCatalogueDialogs(data, out);
   ShootOptionsDialogs(&window, out);
   ShootDataDialogs(&window, out);
+  ShootEntryDialogs(data, store, clock, out);
   return 0;
 }
