@@ -234,7 +234,8 @@ TEST_F(XmlExportTest, XmlLintParsesTheFileOfEachEncoding) {
       accented.client = u"Caf\u00e9 M\u00fcller";
       Add(accented);
     }
-    for (std::uint16_t encoding = 0; encoding < std::size(kXmlEncodingNames); ++encoding) {
+    for (std::uint16_t encoding = 0; encoding < std::size(kXmlEncodingNames);
+         ++encoding) {
       const bool agrees = encoding == 3 || encoding == kXmlEncodingUtf16;
       if (non_ascii && !agrees) continue;
       settings_.encoding = encoding;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <iterator>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -66,13 +68,47 @@ std::u16string RateTypeName(std::uint16_t rate_type) {
                                     : std::u16string();
 }
 
+// "%.2f" of value * 0.01, written from the integer: the product lies within
+// far less than half a hundredth of the exact decimal, so printf's rounding
+// would give back exactly these digits.
+std::u16string FormatHundredthsOf(std::uint32_t value) {
+  char16_t buf[16];  // at most 42949672.95
+  char16_t* const end = buf + std::size(buf);
+  char16_t* p = end;
+  std::uint32_t rest = value;
+  for (int i = 0; i < 2; ++i, rest /= 10) *--p = static_cast<char16_t>(u'0' + rest % 10);
+  *--p = u'.';
+  do {
+    *--p = static_cast<char16_t>(u'0' + rest % 10);
+    rest /= 10;
+  } while (rest != 0);
+  return std::u16string(p, end);
+}
+
+bool IsTextField(int field) {
+  switch (field) {
+    case kFieldClient:
+    case kFieldProject:
+    case kFieldPhase:
+    case kFieldTask:
+    case kFieldCurrency:
+    case kFieldBillTo:
+    case kFieldCustom1:
+    case kFieldCustom2:
+    case kFieldCustom3:
+      return true;
+    default:
+      return false;
+  }
+}
+
 std::u16string CellText(const TimeEntry& entry, int field, const Settings& settings,
                         const Locale& locale) {
   switch (field) {
     case kFieldEntryDate:
       return locale.FormatShortDate(EntrySystemTime(entry));
     case kFieldDuration:
-      return FormatDurationField(entry.duration);
+      return FormatHundredthsOf(entry.duration);
     case kFieldBillable:
       return entry.billable ? u"Yes" : u"No";
     case kFieldPaid:
@@ -86,7 +122,7 @@ std::u16string CellText(const TimeEntry& entry, int field, const Settings& setti
     case kFieldNotes:
       return NoteBlobToText(entry.note.data(), entry.note.size());
     case kFieldRate:
-      return FormatHundredths(entry.rate);
+      return FormatHundredthsOf(entry.rate);
     default:
       return FieldText(entry, field);
   }
@@ -296,10 +332,13 @@ class ReportBuilder {
     doc_.AddChildElement(u"tr");
     doc_.IntoElement();
     for (int field : columns_) {
-      const std::u16string text = field == kFieldAmount
-                                      ? FormatTwoDecimals(amount)
-                                      : CellText(entry, field, settings_, locale_);
-      Cell(text, IsRightAligned(field));
+      if (IsTextField(field)) {
+        Cell(FieldText(entry, field), false);
+      } else {
+        Cell(field == kFieldAmount ? FormatTwoDecimals(amount)
+                                   : CellText(entry, field, settings_, locale_),
+             IsRightAligned(field));
+      }
     }
     doc_.OutOfElement();
   }
@@ -361,7 +400,7 @@ class ReportBuilder {
     return field == kFieldAmount || field == kFieldDuration || field == kFieldRate;
   }
 
-  void Cell(const std::u16string& text, bool right) {
+  void Cell(std::u16string_view text, bool right) {
     doc_.AddChildElement(u"td", text);
     doc_.AddChildAttribute(u"class", u"Data");
     if (right) doc_.AddChildAttribute(u"align", u"right");
@@ -455,8 +494,8 @@ std::vector<std::size_t> ReportOrder(const GroupKey& key,
   });
   std::vector<std::size_t> rank(distinct.size());
   for (std::size_t i = 0; i < by_value.size(); ++i) {
-    const bool same = i > 0 && key.Compare(*distinct[by_value[i - 1]],
-                                           *distinct[by_value[i]]) == 0;
+    const bool same =
+        i > 0 && key.Compare(*distinct[by_value[i - 1]], *distinct[by_value[i]]) == 0;
     rank[by_value[i]] = same ? rank[by_value[i - 1]] : i;
   }
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
