@@ -603,18 +603,23 @@ std::u16string BuildHtmlReport(EntryStore& entries, const std::vector<ObjectId>&
 
 bool WriteHtmlReport(FileSystem& files, const std::string& path,
                      const std::u16string& document, int code_page) {
-  // Counted first, so the text is allocated once at its final size.
+  // Counted first, so the text is allocated once at its final size; the runs
+  // between the "/>" are copied whole.
   const std::size_t size = document.size();
   std::size_t closers = 0;
   for (std::size_t i = 0; i + 1 < size; ++i) {
     if (document[i] == u'/' && document[i + 1] == u'>') ++closers;
   }
-  std::u16string text(size + closers, u'\0');
-  char16_t* out = text.data();
-  for (std::size_t i = 0; i < size; ++i) {
-    if (document[i] == u'/' && i + 1 < size && document[i + 1] == u'>') *out++ = u' ';
-    *out++ = document[i];
+  std::u16string text;
+  text.reserve(size + closers);
+  std::size_t copied = 0;
+  for (std::size_t i = 0; i + 1 < size; ++i) {
+    if (document[i] == u'/' && document[i + 1] == u'>') {
+      text.append(document, copied, i - copied).push_back(u' ');
+      copied = i;
+    }
   }
+  text.append(document, copied, size - copied);
   NarrowTextWriter writer(files, code_page);
   if (!writer.Open(path)) return false;
   const bool doctype_ok = writer.Write(kHtmlReportDoctype);
