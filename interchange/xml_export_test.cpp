@@ -1,6 +1,11 @@
 #include "interchange/xml_export.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
 
 #include "interchange/export_test_fixture.h"
 #include "platform/code_page.h"
@@ -180,6 +185,70 @@ TEST_F(XmlExportTest, AFailedUtf16DocumentWriteIsStillReportedWritten) {
   unsynced.fail_close = true;
   auto unsynced_sources = Sources(unsynced);
   EXPECT_FALSE(ExportXml(Path(), SampleDays(), unsynced_sources));
+}
+
+// The path of xmllint, or empty when it is not installed.
+std::string XmlLintPath() {
+  for (const char* path : {"/usr/bin/xmllint", "/usr/local/bin/xmllint"}) {
+    if (::access(path, X_OK) == 0) return path;
+  }
+  return {};
+}
+
+// Runs `xmllint --noout` on a file: its exit status and what it printed.
+int RunXmlLint(const std::string& xmllint, const std::string& file, std::string* output) {
+  const std::string command = xmllint + " --noout '" + file + "' 2>&1";
+  FILE* pipe = ::popen(command.c_str(), "r");
+  if (pipe == nullptr) return -1;
+  char buf[512];
+  std::size_t n = 0;
+  while ((n = std::fread(buf, 1, sizeof buf, pipe)) > 0) output->append(buf, n);
+  const int status = ::pclose(pipe);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// A real XML parser reads the file of every encoding back. The file holds the
+// ANSI code page whatever its declaration names, so text outside ASCII is
+// only readable where the named encoding agrees with those bytes: ISO-8859-1
+// (Windows-1252's letters lie at the same codes) and UTF-16.
+TEST_F(XmlExportTest, XmlLintParsesTheFileOfEachEncoding) {
+  const std::string xmllint = XmlLintPath();
+  if (xmllint.empty()) GTEST_SKIP() << "xmllint (libxml2-utils) is not installed";
+
+  TimeEntry marked = At(2026, 11, 20, 14, 5, 1);
+  marked.client = u"A&B <\"quoted\"> 'co'";
+  marked.task = u"x > y & y < z";
+  marked.billable = true;
+  marked.rate = 5000;
+  marked.rateType = kRateOvertime;
+  marked.duration = 125;
+  SetNoteText(&marked, u"first & second\n<third>");
+  Add(marked);
+  TimeEntry plain = At(2026, 11, 21);
+  plain.client = u"Plain";
+  Add(plain);
+
+  for (bool non_ascii : {false, true}) {
+    if (non_ascii) {
+      TimeEntry accented = At(2026, 11, 22, 8, 0, 1);
+      accented.client = u"Caf\u00e9 M\u00fcller";
+      Add(accented);
+    }
+    for (std::uint16_t encoding = 0; encoding < std::size(kXmlEncodingNames);
+         ++encoding) {
+      const bool agrees = encoding == 3 || encoding == kXmlEncodingUtf16;
+      if (non_ascii && !agrees) continue;
+      settings_.encoding = encoding;
+      auto sources = Sources();
+      const std::string path = Path("export-" + std::to_string(encoding) + ".xml");
+      ASSERT_TRUE(ExportXml(path, SampleDays(), sources)) << "encoding " << encoding;
+      std::string output;
+      EXPECT_EQ(RunXmlLint(xmllint, path, &output), 0)
+          << "encoding " << encoding << (non_ascii ? " with accents" : "") << ": "
+          << output;
+      EXPECT_EQ(output, "") << "encoding " << encoding;
+    }
+  }
 }
 
 }  // namespace

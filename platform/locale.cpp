@@ -85,10 +85,24 @@ const std::vector<Token>& CachedTokens(std::u16string_view picture,
   return cache.emplace(std::move(key), Tokenize(picture, fields)).first->second;
 }
 
+// "%0*d": the digits of `value`, zero-padded to `min_digits`. Date and time
+// parts are never negative; a negative value keeps printf's own layout.
 void AppendNumber(std::u16string& out, int value, int min_digits) {
-  char buffer[16];
-  std::snprintf(buffer, sizeof buffer, "%0*d", min_digits, value);
-  out += WidenAscii(buffer);
+  if (value < 0) {
+    char buffer[16];
+    std::snprintf(buffer, sizeof buffer, "%0*d", min_digits, value);
+    out += WidenAscii(buffer);
+    return;
+  }
+  char16_t digits[12];
+  int count = 0;
+  auto rest = static_cast<unsigned>(value);
+  do {
+    digits[count++] = static_cast<char16_t>(u'0' + rest % 10);
+    rest /= 10;
+  } while (rest != 0);
+  for (int pad = count; pad < min_digits; ++pad) out += u'0';
+  while (count > 0) out += digits[--count];
 }
 
 template <std::size_t N>

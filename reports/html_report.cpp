@@ -1,6 +1,11 @@
 #include "reports/html_report.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <iterator>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "platform/narrow_text_writer.h"
@@ -63,13 +68,47 @@ std::u16string RateTypeName(std::uint16_t rate_type) {
                                     : std::u16string();
 }
 
+// "%.2f" of value * 0.01, written from the integer: the product lies within
+// far less than half a hundredth of the exact decimal, so printf's rounding
+// would give back exactly these digits.
+std::u16string FormatHundredthsOf(std::uint32_t value) {
+  char16_t buf[16];  // at most 42949672.95
+  char16_t* const end = buf + std::size(buf);
+  char16_t* p = end;
+  std::uint32_t rest = value;
+  for (int i = 0; i < 2; ++i, rest /= 10) *--p = static_cast<char16_t>(u'0' + rest % 10);
+  *--p = u'.';
+  do {
+    *--p = static_cast<char16_t>(u'0' + rest % 10);
+    rest /= 10;
+  } while (rest != 0);
+  return std::u16string(p, end);
+}
+
+bool IsTextField(int field) {
+  switch (field) {
+    case kFieldClient:
+    case kFieldProject:
+    case kFieldPhase:
+    case kFieldTask:
+    case kFieldCurrency:
+    case kFieldBillTo:
+    case kFieldCustom1:
+    case kFieldCustom2:
+    case kFieldCustom3:
+      return true;
+    default:
+      return false;
+  }
+}
+
 std::u16string CellText(const TimeEntry& entry, int field, const Settings& settings,
                         const Locale& locale) {
   switch (field) {
     case kFieldEntryDate:
       return locale.FormatShortDate(EntrySystemTime(entry));
     case kFieldDuration:
-      return FormatDurationField(entry.duration);
+      return FormatHundredthsOf(entry.duration);
     case kFieldBillable:
       return entry.billable ? u"Yes" : u"No";
     case kFieldPaid:
@@ -83,7 +122,7 @@ std::u16string CellText(const TimeEntry& entry, int field, const Settings& setti
     case kFieldNotes:
       return NoteBlobToText(entry.note.data(), entry.note.size());
     case kFieldRate:
-      return FormatHundredths(entry.rate);
+      return FormatHundredthsOf(entry.rate);
     default:
       return FieldText(entry, field);
   }
@@ -164,8 +203,13 @@ class GroupKey {
     return v;
   }
 
+  bool IsText() const { return kind_ == Kind::kText || kind_ == Kind::kProjectTask; }
+
   int Compare(const GroupValue& a, const GroupValue& b) const {
-    if (kind_ == Kind::kText || kind_ == Kind::kProjectTask) {
+    if (IsText()) {
+      // The same spelling always collates equal; only differing texts need
+      // the locale.
+      if (a.text == b.text && a.second_text == b.second_text) return 0;
       const int first = locale_.Compare(a.text, b.text);
       return first != 0 ? first : locale_.Compare(a.second_text, b.second_text);
     }
@@ -288,10 +332,13 @@ class ReportBuilder {
     doc_.AddChildElement(u"tr");
     doc_.IntoElement();
     for (int field : columns_) {
-      const std::u16string text = field == kFieldAmount
-                                      ? FormatTwoDecimals(amount)
-                                      : CellText(entry, field, settings_, locale_);
-      Cell(text, IsRightAligned(field));
+      if (IsTextField(field)) {
+        Cell(FieldText(entry, field), false);
+      } else {
+        Cell(field == kFieldAmount ? FormatTwoDecimals(amount)
+                                   : CellText(entry, field, settings_, locale_),
+             IsRightAligned(field));
+      }
     }
     doc_.OutOfElement();
   }
@@ -353,7 +400,7 @@ class ReportBuilder {
     return field == kFieldAmount || field == kFieldDuration || field == kFieldRate;
   }
 
-  void Cell(const std::u16string& text, bool right) {
+  void Cell(std::u16string_view text, bool right) {
     doc_.AddChildElement(u"td", text);
     doc_.AddChildAttribute(u"class", u"Data");
     if (right) doc_.AddChildAttribute(u"align", u"right");
@@ -385,89 +432,194 @@ bool ReadEntryById(EntryStore& entries, ObjectId id, TimeEntry* entry) {
   return entries.Seek(SeekType::kObjectId, id) == id && ReadEntry(entries, entry) == 0;
 }
 
+// The report's walk: from the first entry whose start is strictly later than
+// the range's start (an entry that starts exactly there is not reached, as in
+// the exports) to the last one not later than its end; every entry that passes
+// the criteria goes to `visit`. A range that is not a calendar range walks
+// nothing.
+template <typename Visit>
+void WalkReportRange(EntryStore& entries, const HtmlReportRequest& request,
+                     const Locale& locale, Visit&& visit) {
+  FileTime start = 0;
+  FileTime end = 0;
+  if (!RangeToFileTimes(request.range, &start, &end)) return;
+  TimeEntry entry;
+  for (ObjectId id = entries.SeekValue(SeekType::kValueGreater,
+                                       PropValue::Number(kPropStart, start));
+       id != 0; id = entries.Seek(SeekType::kCurrent, 1)) {
+    if (ReadEntry(entries, &entry) != 0 || entry.start > end) break;
+    if (Matches(request.criteria, entry, locale)) visit(entry);
+  }
+}
+
+// The places of `values` in report order: a stable sort by the group key.
+// Text values are ranked once per distinct spelling (the locale orders the
+// few distinct spellings, spellings it finds equal share a rank), then the
+// entries are ordered by rank, which gives exactly the order of a stable sort
+// with the locale's comparison at a fraction of the comparisons.
+std::vector<std::size_t> ReportOrder(const GroupKey& key,
+                                     const std::vector<GroupValue>& values) {
+  std::vector<std::size_t> order(values.size());
+  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+  if (!key.IsText()) {
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+      return values[a].number < values[b].number;
+    });
+    return order;
+  }
+  struct SpellingHash {
+    std::size_t operator()(const GroupValue& v) const {
+      const std::size_t h = std::hash<std::u16string>()(v.text);
+      return h ^ (std::hash<std::u16string>()(v.second_text) + 0x9e3779b97f4a7c15ULL +
+                  (h << 6) + (h >> 2));
+    }
+  };
+  struct SpellingEqual {
+    bool operator()(const GroupValue& a, const GroupValue& b) const {
+      return a.text == b.text && a.second_text == b.second_text;
+    }
+  };
+  std::unordered_map<GroupValue, std::size_t, SpellingHash, SpellingEqual> spelling;
+  std::vector<std::size_t> spelling_of(values.size());
+  std::vector<const GroupValue*> distinct;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const auto [it, added] = spelling.try_emplace(values[i], distinct.size());
+    if (added) distinct.push_back(&it->first);
+    spelling_of[i] = it->second;
+  }
+  std::vector<std::size_t> by_value(distinct.size());
+  for (std::size_t i = 0; i < by_value.size(); ++i) by_value[i] = i;
+  std::stable_sort(by_value.begin(), by_value.end(), [&](std::size_t a, std::size_t b) {
+    return key.Compare(*distinct[a], *distinct[b]) < 0;
+  });
+  std::vector<std::size_t> rank(distinct.size());
+  for (std::size_t i = 0; i < by_value.size(); ++i) {
+    const bool same =
+        i > 0 && key.Compare(*distinct[by_value[i - 1]], *distinct[by_value[i]]) == 0;
+    rank[by_value[i]] = same ? rank[by_value[i - 1]] : i;
+  }
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return rank[spelling_of[a]] < rank[spelling_of[b]];
+  });
+  return order;
+}
+
+// Feeds the builder entry by entry in report order, opening and closing the
+// groups of a "Group By Field" report.
+class ReportFeed {
+ public:
+  ReportFeed(ReportBuilder& builder, const HtmlReportRequest& request,
+             const Settings& settings, const Locale& locale)
+      : builder_(builder),
+        grouped_(request.definition.detail_type != kReportTabular),
+        key_(request.definition, settings, locale) {
+    builder_.Head();
+    if (!grouped_) builder_.OpenGroup(nullptr);
+  }
+
+  void Add(const TimeEntry& entry) {
+    if (grouped_ && key_.StartsNewGroup(entry)) {
+      if (open_) builder_.CloseGroup();
+      const std::u16string heading = key_.HeadingText();
+      builder_.OpenGroup(&heading);
+      open_ = true;
+    }
+    builder_.Entry(entry);
+  }
+
+  std::u16string Finish() {
+    // Without any group the total row goes straight into "body" and the step
+    // out leaves "body", so the footer follows it inside "html".
+    builder_.CloseGroup();
+    builder_.Footer();
+    return builder_.Text();
+  }
+
+ private:
+  ReportBuilder& builder_;
+  bool grouped_;
+  GroupKey key_;
+  bool open_ = false;
+};
+
+// The report in one pass over the store: each entry is read once. Entries in
+// store order go to the document as they are read; a sorted report keeps them
+// with their group values until the walk ends.
+std::u16string SelectAndBuild(EntryStore& entries, const HtmlReportRequest& request,
+                              const Settings& settings, const Locale& locale) {
+  const GroupKey key(request.definition, settings, locale);
+  const bool sort =
+      request.definition.detail_type == kReportGroupByField && key.NeedsSort();
+  ReportBuilder builder(request, settings, locale);
+  ReportFeed feed(builder, request, settings, locale);
+  if (!sort) {
+    WalkReportRange(entries, request, locale,
+                    [&](const TimeEntry& entry) { feed.Add(entry); });
+    return feed.Finish();
+  }
+  std::vector<TimeEntry> kept;
+  std::vector<GroupValue> values;
+  WalkReportRange(entries, request, locale, [&](const TimeEntry& entry) {
+    values.push_back(key.ValueOf(entry));
+    kept.push_back(entry);
+  });
+  for (std::size_t i : ReportOrder(key, values)) feed.Add(kept[i]);
+  return feed.Finish();
+}
+
 }  // namespace
 
 std::vector<ObjectId> SelectReportEntries(EntryStore& entries,
                                           const HtmlReportRequest& request,
                                           const Settings& settings,
                                           const Locale& locale) {
-  std::vector<ObjectId> ids;
-  FileTime start = 0;
-  FileTime end = 0;
-  if (!RangeToFileTimes(request.range, &start, &end)) return ids;
-  const bool grouped = request.definition.detail_type == kReportGroupByField;
   const GroupKey key(request.definition, settings, locale);
-  const bool sort = grouped && key.NeedsSort();
-  std::vector<std::pair<GroupValue, ObjectId>> keyed;
-
-  // Strictly greater: an entry that starts exactly at the range's start is
-  // not reached, as in the exports.
-  TimeEntry entry;
-  for (ObjectId id = entries.SeekValue(SeekType::kValueGreater,
-                                       PropValue::Number(kPropStart, start));
-       id != 0; id = entries.Seek(SeekType::kCurrent, 1)) {
-    if (ReadEntry(entries, &entry) != 0 || entry.start > end) break;
-    if (!Matches(request.criteria, entry, locale)) continue;
-    if (sort) {
-      keyed.emplace_back(key.ValueOf(entry), entry.recordId);
-    } else {
-      ids.push_back(entry.recordId);
-    }
-  }
-  if (sort) {
-    std::stable_sort(keyed.begin(), keyed.end(), [&key](const auto& a, const auto& b) {
-      return key.Compare(a.first, b.first) < 0;
-    });
-    ids.reserve(keyed.size());
-    for (const auto& k : keyed) ids.push_back(k.second);
-  }
-  return ids;
+  const bool sort =
+      request.definition.detail_type == kReportGroupByField && key.NeedsSort();
+  std::vector<ObjectId> ids;
+  std::vector<GroupValue> values;
+  WalkReportRange(entries, request, locale, [&](const TimeEntry& entry) {
+    ids.push_back(entry.recordId);
+    if (sort) values.push_back(key.ValueOf(entry));
+  });
+  if (!sort) return ids;
+  std::vector<ObjectId> sorted;
+  sorted.reserve(ids.size());
+  for (std::size_t i : ReportOrder(key, values)) sorted.push_back(ids[i]);
+  return sorted;
 }
 
 std::u16string BuildHtmlReport(EntryStore& entries, const std::vector<ObjectId>& ids,
                                const HtmlReportRequest& request, const Settings& settings,
                                const Locale& locale) {
   ReportBuilder builder(request, settings, locale);
-  builder.Head();
+  ReportFeed feed(builder, request, settings, locale);
   TimeEntry entry;
-  if (request.definition.detail_type == kReportTabular) {
-    builder.OpenGroup(nullptr);
-    for (ObjectId id : ids) {
-      if (ReadEntryById(entries, id, &entry)) builder.Entry(entry);
-    }
-  } else {
-    GroupKey key(request.definition, settings, locale);
-    bool open = false;
-    for (ObjectId id : ids) {
-      if (!ReadEntryById(entries, id, &entry)) continue;
-      if (key.StartsNewGroup(entry)) {
-        if (open) builder.CloseGroup();
-        const std::u16string heading = key.HeadingText();
-        builder.OpenGroup(&heading);
-        open = true;
-      }
-      builder.Entry(entry);
-    }
+  for (ObjectId id : ids) {
+    if (ReadEntryById(entries, id, &entry)) feed.Add(entry);
   }
-  // Without any group the total row goes straight into "body" and the step
-  // out leaves "body", so the footer follows it inside "html".
-  builder.CloseGroup();
-  builder.Footer();
-  return builder.Text();
+  return feed.Finish();
 }
 
 bool WriteHtmlReport(FileSystem& files, const std::string& path,
                      const std::u16string& document, int code_page) {
+  // Counted first, so the text is allocated once at its final size; the runs
+  // between the "/>" are copied whole.
+  const std::size_t size = document.size();
+  std::size_t closers = 0;
+  for (std::size_t i = 0; i + 1 < size; ++i) {
+    if (document[i] == u'/' && document[i + 1] == u'>') ++closers;
+  }
   std::u16string text;
-  text.reserve(document.size() + document.size() / 16);
-  for (std::size_t i = 0; i < document.size(); ++i) {
-    if (document[i] == u'/' && i + 1 < document.size() && document[i + 1] == u'>') {
-      text += u" />";
-      ++i;
-    } else {
-      text += document[i];
+  text.reserve(size + closers);
+  std::size_t copied = 0;
+  for (std::size_t i = 0; i + 1 < size; ++i) {
+    if (document[i] == u'/' && document[i + 1] == u'>') {
+      text.append(document, copied, i - copied).push_back(u' ');
+      copied = i;
     }
   }
+  text.append(document, copied, size - copied);
   NarrowTextWriter writer(files, code_page);
   if (!writer.Open(path)) return false;
   const bool doctype_ok = writer.Write(kHtmlReportDoctype);
@@ -478,10 +630,7 @@ bool WriteHtmlReport(FileSystem& files, const std::string& path,
 bool GenerateHtmlReport(EntryStore& entries, FileSystem& files, const std::string& path,
                         const HtmlReportRequest& request, const Settings& settings,
                         const Locale& locale) {
-  const std::vector<ObjectId> ids =
-      SelectReportEntries(entries, request, settings, locale);
-  const std::u16string document =
-      BuildHtmlReport(entries, ids, request, settings, locale);
+  const std::u16string document = SelectAndBuild(entries, request, settings, locale);
   return WriteHtmlReport(files, path, document, locale.AnsiCodePage());
 }
 

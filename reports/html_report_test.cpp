@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <initializer_list>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "store/note_text.h"
 #include "store/time_entry.h"
@@ -241,6 +244,52 @@ TEST_F(HtmlReportTest, WalkStartsStrictlyAfterTheRangeStartAndAppliesTheCriteria
     tasks.push_back(e.task);
   }
   EXPECT_EQ(tasks, (std::vector<std::u16string>{u"Just after", u"At the end"}));
+}
+
+// A sorted report lists its entries in the order of a stable sort by the
+// locale's comparison of the group value, whatever shortcut it takes; and
+// the report built from the selected ids is the same file.
+TEST_F(HtmlReportTest, GroupOrderIsTheStableSortByTheLocale) {
+  const std::u16string clients[] = {u"beta", u"Beta",      u"Acme",       u"acme",
+                                    u"Zed",  u"Caf\u00e9", u"Cafe\u0301", u"\u00c4hre"};
+  struct Added {
+    std::u16string client;
+    std::string task;
+  };
+  std::vector<Added> walk_order;
+  for (int n = 0; n < 48; ++n) {
+    const std::u16string& client = clients[(n * 5 + n / 7) % std::size(clients)];
+    const std::string task = "t" + std::to_string(10 + n);
+    // One entry a quarter hour, so store order is the order added.
+    Add(Entry(3 + n / 40, 8 + n % 40 / 4, n % 4 * 15, 1, client,
+              std::u16string(task.begin(), task.end()), 10, 100, true, false));
+    walk_order.push_back({client, task});
+  }
+  std::vector<Added> expected = walk_order;
+  std::stable_sort(expected.begin(), expected.end(), [&](const Added& a, const Added& b) {
+    return locale_->Compare(a.client, b.client) < 0;
+  });
+
+  const HtmlReportRequest request = Request(SmallDefinition());
+  const std::string html = Generate(request);
+  std::vector<std::string> listed;
+  const std::string cell = "<td class=\"Data\">t";
+  for (std::size_t at = html.find(cell); at != std::string::npos;
+       at = html.find(cell, at + 1)) {
+    listed.push_back(html.substr(at + cell.size() - 1, 3));
+  }
+  ASSERT_EQ(listed.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(listed[i], expected[i].task) << "row " << i;
+  }
+
+  const auto ids = SelectReportEntries(entries_, request, settings_, *locale_);
+  const std::string path = dir_.File("by-ids.htm");
+  ASSERT_TRUE(
+      WriteHtmlReport(FileSystem::Posix(), path,
+                      BuildHtmlReport(entries_, ids, request, settings_, *locale_),
+                      locale_->AnsiCodePage()));
+  EXPECT_EQ(testing::ReadFileBytes(path), html);
 }
 
 TEST_F(HtmlReportTest, CellTextsOfEveryField) {

@@ -17,9 +17,14 @@ void MarkupDocument::EnsureTable(std::size_t records) {
 
 int MarkupDocument::TakeFreeRecord() {
   if (static_cast<std::size_t>(next_free_) >= positions_.size()) {
-    // Full: grow by half, never by less than the one record asked for.
+    // Full: grow by half, never by less than the one record asked for. The
+    // storage is reserved four-fold ahead, so the records are moved seldom;
+    // only the records in use are written.
     const std::size_t size = positions_.size();
-    EnsureTable(std::max(size + size / 2, static_cast<std::size_t>(next_free_) + 1));
+    const std::size_t grown =
+        std::max(size + size / 2, static_cast<std::size_t>(next_free_) + 1);
+    if (grown > positions_.capacity()) positions_.reserve(std::max(grown, size * 4));
+    EnsureTable(grown);
   }
   return next_free_++;
 }

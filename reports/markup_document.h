@@ -163,6 +163,8 @@ class MarkupDocument {
   void ShiftIndex(int from, std::int32_t delta);
 
   std::u16string text_;
+  // The writer's buffer for the text of one insertion, kept between calls.
+  std::u16string scratch_;
   std::int32_t level_ = 0;
   std::u16string error_;
   // Its size is the allocated count; next_free_ is the used count.

@@ -44,28 +44,29 @@ void MoveEnds(ElementPosition& element, std::int32_t delta) {
   element.following += delta;
 }
 
+// Appends `text` to `out` escaped as EscapeMarkup does. Runs of characters
+// that need no replacement are copied in one piece, so text without any
+// (nearly all report and export data) costs one append.
+void AppendEscaped(std::u16string* out, std::u16string_view text, MarkupEscapeMode mode) {
+  std::size_t copied = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t c = text[i];
+    // Every replaced character is below '?'; most text is above it.
+    if (c > u'>') continue;
+    const std::u16string_view replacement = Replacement(c, mode);
+    if (replacement.empty()) continue;
+    out->append(text.substr(copied, i - copied));
+    out->append(replacement);
+    copied = i + 1;
+  }
+  out->append(text.substr(copied));
+}
+
 }  // namespace
 
 std::u16string EscapeMarkup(std::u16string_view text, MarkupEscapeMode mode) {
-  // Sized for text with a few replacements; doubled while fewer than six
-  // characters (the longest replacement) are free.
-  std::size_t capacity = text.size() / 10 + text.size() + 7;
-  std::u16string out(capacity, u'\0');
-  std::size_t used = 0;
-  for (char16_t c : text) {
-    if (capacity - used < 6) {
-      capacity *= 2;
-      out.resize(capacity);
-    }
-    const std::u16string_view replacement = Replacement(c, mode);
-    if (replacement.empty()) {
-      out[used++] = c;
-    } else {
-      out.replace(used, replacement.size(), replacement);
-      used += replacement.size();
-    }
-  }
-  out.resize(used);
+  std::u16string out;
+  AppendEscaped(&out, text, mode);
   return out;
 }
 
@@ -140,14 +141,19 @@ int MarkupDocument::AddElementUnder(int parent, int before, std::u16string_view 
     up.first_child = index;
   }
 
-  std::u16string insert;
+  // The new text is put together in a buffer the document keeps, so adding
+  // an element allocates nothing once the buffer has grown.
+  std::u16string& insert = scratch_;
+  insert.clear();
   element.start_left = offset;
   if (!data.empty()) {
-    const std::u16string escaped = EscapeMarkup(data, MarkupEscapeMode::kData);
-    insert.append(u"<").append(name).append(u">").append(escaped);
+    insert.append(u"<").append(name).append(u">");
+    const std::int32_t data_start = Length(insert);
+    AppendEscaped(&insert, data, MarkupEscapeMode::kData);
+    const std::int32_t escaped_length = Length(insert) - data_start;
     insert.append(u"</").append(name).append(u">\r\n");
     element.start_right = element.start_left + Length(name) + 1;
-    element.end_left = element.start_right + Length(escaped) + 1;
+    element.end_left = element.start_right + escaped_length + 1;
     element.end_right = element.end_left + Length(name) + 2;
   } else {
     insert.append(u"<").append(name).append(u"/>\r\n");
@@ -162,7 +168,8 @@ int MarkupDocument::AddElementUnder(int parent, int before, std::u16string_view 
     // <P/> becomes <P>, a line break, the new line and </P>: the '/' is
     // replaced, so the new element's offsets above are already final.
     const std::u16string parent_name = TagName(parent);
-    insert = u">\r\n" + insert + u"</" + parent_name;
+    insert.insert(0, u">\r\n");
+    insert.append(u"</").append(parent_name);
     offset -= 3;
     replaced = 1;
     up.start_right -= 1;
@@ -175,9 +182,10 @@ int MarkupDocument::AddElementUnder(int parent, int before, std::u16string_view 
 
 bool MarkupDocument::SetAttribute(int index, std::u16string_view name,
                                   std::u16string_view value) {
-  std::u16string insert = u" ";
-  insert.append(name).append(u"=\"");
-  insert.append(EscapeMarkup(value, MarkupEscapeMode::kAttribute)).append(u"\"");
+  std::u16string& insert = scratch_;
+  insert.assign(u" ").append(name).append(u"=\"");
+  AppendEscaped(&insert, value, MarkupEscapeMode::kAttribute);
+  insert.append(u"\"");
 
   ElementPosition& element = positions_[index];
   // Before the '/' of an empty element; behind earlier attributes either way.
@@ -200,6 +208,14 @@ std::int32_t MarkupDocument::ChangeDocument(std::int32_t offset, std::int32_t re
   const std::int32_t length = Length(text_);
   offset = std::clamp(offset, std::int32_t{0}, length);
   replaced = std::clamp(replaced, std::int32_t{0}, length - offset);
+  const std::size_t needed =
+      text_.size() - static_cast<std::size_t>(replaced) + insert.size();
+  if (needed > text_.capacity()) {
+    // A document is written by many small insertions: growing four-fold
+    // copies the text a third as often as doubling, and the pages reserved
+    // ahead cost nothing until they are written.
+    text_.reserve(std::max(needed, text_.capacity() * 4));
+  }
   text_.replace(static_cast<std::size_t>(offset), static_cast<std::size_t>(replaced),
                 insert);
   return replaced;

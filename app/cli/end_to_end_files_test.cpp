@@ -1,0 +1,415 @@
+// The files a user gets end to end: a data folder built only with
+// `quillora add`, then the CSV export, the XML export in every encoding and a
+// "Group By Field" and a "Tabular" report, each compared byte for byte with
+// the file kept here.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/run_quillora.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+using testing::ReadFileBytes;
+using testing::RunQuillora;
+using testing::RunResult;
+using Args = std::vector<std::string>;
+
+// The files of the entries below, as the binary writes them for US English
+// (Windows-1252, so the e acute is the byte E9).
+constexpr char kCsv[] =
+    "\"Date\",\"Client\",\"Project\",\"Phase\",\"Task\",\"Start\",\"Duration(h)\","
+    "\"Billable\",\"Paid\",\"Currency\",\"Rate\",\"Rate Type\",\"Amount\","
+    "\"Bill To\",\"Custom 1\",\"Custom 2\",\"Custom 3\",\"Note\"\r\n"
+    "\"11/16/2026\",\"Acme & Sons\",\"Caf\xe9"
+    "\",\"\",\"Design\",\"9:00 AM\","
+    "\"1.50\",\"Y\",\"N\",\"USD\",\"40.00\",\"0\",\"60.00\",\"\",\"c1\",\"\",\"\","
+    "\"first line second <line>\"\r\n"
+    "\"11/17/2026\",\"Beta\",\"\",\"\",\"Build\",\"\",\"0.25\",\"N\",\"N\","
+    "\"USD\",\"60.00\",\"\",\"\",\"\",\"\",\"\",\"\",\"\"\r\n"
+    "\"11/18/2026\",\"Acme & Sons\",\"\",\"\",\"Test\",\"2:30 PM\",\"2.00\",\"Y\","
+    "\"Y\",\"USD\",\"50.00\",\"1\",\"100.00\",\"Jane <AP>\",\"\",\"\",\"\","
+    "\"\"\r\n"
+    "\"11/19/2026\",\"Beta\",\"\",\"Phase \"2\"\",\"Review\",\"8:15 AM\",\"1.00\","
+    "\"Y\",\"N\",\"EUR\",\"60.00\",\"0\",\"60.00\",\"\",\"\",\"\",\"x, y\","
+    "\"\"\r\n";
+
+constexpr char kXmlItems[] =
+    "<ITEMS>\r\n"
+    "<ITEM Billable=\"Y\" Paid=\"N\">\r\n"
+    "<DATE>2026-11-16</DATE>\r\n"
+    "<CLIENT>Acme &amp; Sons</CLIENT>\r\n"
+    "<PROJECT>Caf\xe9"
+    "</PROJECT>\r\n"
+    "<PHASE/>\r\n"
+    "<TASK>Design</TASK>\r\n"
+    "<START>09:00:00</START>\r\n"
+    "<DURATION>1.50</DURATION>\r\n"
+    "<CURRENCY>USD</CURRENCY>\r\n"
+    "<RATE Type=\"0\">40.00</RATE>\r\n"
+    "<AMOUNT>60.00</AMOUNT>\r\n"
+    "<BILLTO/>\r\n"
+    "<CUSTOM1>c1</CUSTOM1>\r\n"
+    "<CUSTOM2/>\r\n"
+    "<CUSTOM3/>\r\n"
+    "<NOTES>first line\r\n"
+    "second &lt;line&gt;</NOTES>\r\n"
+    "</ITEM>\r\n"
+    "<ITEM Billable=\"N\" Paid=\"N\">\r\n"
+    "<DATE>2026-11-17</DATE>\r\n"
+    "<CLIENT>Beta</CLIENT>\r\n"
+    "<PROJECT/>\r\n"
+    "<PHASE/>\r\n"
+    "<TASK>Build</TASK>\r\n"
+    "<DURATION>0.25</DURATION>\r\n"
+    "<CURRENCY>USD</CURRENCY>\r\n"
+    "<RATE Type=\"3\">60.00</RATE>\r\n"
+    "<AMOUNT>60.00</AMOUNT>\r\n"
+    "<BILLTO/>\r\n"
+    "<CUSTOM1/>\r\n"
+    "<CUSTOM2/>\r\n"
+    "<CUSTOM3/>\r\n"
+    "</ITEM>\r\n"
+    "<ITEM Billable=\"Y\" Paid=\"Y\">\r\n"
+    "<DATE>2026-11-18</DATE>\r\n"
+    "<CLIENT>Acme &amp; Sons</CLIENT>\r\n"
+    "<PROJECT/>\r\n"
+    "<PHASE/>\r\n"
+    "<TASK>Test</TASK>\r\n"
+    "<START>02:30:00</START>\r\n"
+    "<DURATION>2.00</DURATION>\r\n"
+    "<CURRENCY>USD</CURRENCY>\r\n"
+    "<RATE Type=\"1\">50.00</RATE>\r\n"
+    "<AMOUNT>100.00</AMOUNT>\r\n"
+    "<BILLTO>Jane &lt;AP&gt;</BILLTO>\r\n"
+    "<CUSTOM1/>\r\n"
+    "<CUSTOM2/>\r\n"
+    "<CUSTOM3/>\r\n"
+    "</ITEM>\r\n"
+    "<ITEM Billable=\"Y\" Paid=\"N\">\r\n"
+    "<DATE>2026-11-19</DATE>\r\n"
+    "<CLIENT>Beta</CLIENT>\r\n"
+    "<PROJECT/>\r\n"
+    "<PHASE>Phase \"2\"</PHASE>\r\n"
+    "<TASK>Review</TASK>\r\n"
+    "<START>08:15:00</START>\r\n"
+    "<DURATION>1.00</DURATION>\r\n"
+    "<CURRENCY>EUR</CURRENCY>\r\n"
+    "<RATE Type=\"0\">60.00</RATE>\r\n"
+    "<AMOUNT>60.00</AMOUNT>\r\n"
+    "<BILLTO/>\r\n"
+    "<CUSTOM1/>\r\n"
+    "<CUSTOM2/>\r\n"
+    "<CUSTOM3>x, y</CUSTOM3>\r\n"
+    "</ITEM>\r\n"
+    "</ITEMS>\r\n";
+
+constexpr char kGroupByReport[] =
+    "<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\" "
+    "\"http://www.w3.org/TR/html4/loose.dtd\">"
+    "<html xmlns=\"http://www.w3.org/1999/xhtml\">\r\n"
+    "<head>\r\n"
+    "<title>By &lt;Client&gt;</title>\r\n"
+    "<meta name=\"Generator\" content=\"Quillora\" />\r\n"
+    "<style type=\"text/css\">table.Data { border : 2px solid Black; "
+    "border-collapse : collapse; font-size : 10pt; }\r\n"
+    "th.Data, td.Data { border : 1px solid black;  }\r\n"
+    "</style>\r\n"
+    "</head>\r\n"
+    "<body>\r\n"
+    "<h1>By &lt;Client&gt;</h1>\r\n"
+    "<h2>From 11/15/2026 To 11/21/2026</h2>\r\n"
+    "<h3>Client: Acme &amp; Sons</h3>\r\n"
+    "<table border=\"0\" class=\"Data\" cellpadding=\"2\">\r\n"
+    "<tr>\r\n"
+    "<th class=\"Data\">Entry Date</th>\r\n"
+    "<th class=\"Data\">Task</th>\r\n"
+    "<th class=\"Data\">Duration</th>\r\n"
+    "<th class=\"Data\">Rate</th>\r\n"
+    "<th class=\"Data\">Amount</th>\r\n"
+    "<th class=\"Data\">Notes</th>\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">11/16/2026</td>\r\n"
+    "<td class=\"Data\">Design</td>\r\n"
+    "<td class=\"Data\" align=\"right\">1.50</td>\r\n"
+    "<td class=\"Data\" align=\"right\">40.00</td>\r\n"
+    "<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+    "<td class=\"Data\">first line\r\n"
+    "second &lt;line&gt;</td>\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">11/18/2026</td>\r\n"
+    "<td class=\"Data\">Test</td>\r\n"
+    "<td class=\"Data\" align=\"right\">2.00</td>\r\n"
+    "<td class=\"Data\" align=\"right\">50.00</td>\r\n"
+    "<td class=\"Data\" align=\"right\">100.00</td>\r\n"
+    "<td class=\"Data\" />\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">Total</td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\" align=\"right\">3.50h</td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\" align=\"right\">160.00</td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "</tr>\r\n"
+    "</table>\r\n"
+    "<h3>Client: Beta</h3>\r\n"
+    "<table border=\"0\" class=\"Data\" cellpadding=\"2\">\r\n"
+    "<tr>\r\n"
+    "<th class=\"Data\">Entry Date</th>\r\n"
+    "<th class=\"Data\">Task</th>\r\n"
+    "<th class=\"Data\">Duration</th>\r\n"
+    "<th class=\"Data\">Rate</th>\r\n"
+    "<th class=\"Data\">Amount</th>\r\n"
+    "<th class=\"Data\">Notes</th>\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">11/17/2026</td>\r\n"
+    "<td class=\"Data\">Build</td>\r\n"
+    "<td class=\"Data\" align=\"right\">0.25</td>\r\n"
+    "<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+    "<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+    "<td class=\"Data\" />\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">11/19/2026</td>\r\n"
+    "<td class=\"Data\">Review</td>\r\n"
+    "<td class=\"Data\" align=\"right\">1.00</td>\r\n"
+    "<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+    "<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+    "<td class=\"Data\" />\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">Total</td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\" align=\"right\">1.25h</td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\" align=\"right\">120.00</td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "</tr>\r\n"
+    "</table>\r\n"
+    "<p>\r\n"
+    "<span>Total Billable Hours: 4.50h</span>\r\n"
+    "<br />\r\n"
+    "<span>Total Unpaid Amount: 120.00</span>\r\n"
+    "<br />\r\n"
+    "<span>Total Paid Amount: 100.00</span>\r\n"
+    "<br />\r\n"
+    "<span>Total Non-Billable Hours: 0.25h</span>\r\n"
+    "<br />\r\n"
+    "<span style=\"font-size : xx-small;\">Report Date: 11/21/2026</span>\r\n"
+    "</p>\r\n"
+    "</body>\r\n"
+    "</html>\r\n";
+
+constexpr char kTabularReport[] =
+    "<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\" "
+    "\"http://www.w3.org/TR/html4/loose.dtd\">"
+    "<html xmlns=\"http://www.w3.org/1999/xhtml\">\r\n"
+    "<head>\r\n"
+    "<title>Time Report</title>\r\n"
+    "<meta name=\"Generator\" content=\"Quillora\" />\r\n"
+    "<style type=\"text/css\">table.Data { border : 2px solid Black; "
+    "border-collapse : collapse; font-size : 10pt; }\r\n"
+    "th.Data, td.Data { border : 1px solid black;  }\r\n"
+    "</style>\r\n"
+    "</head>\r\n"
+    "<body>\r\n"
+    "<h1>Time Report</h1>\r\n"
+    "<h2>From 11/15/2026 To 11/21/2026</h2>\r\n"
+    "<table border=\"0\" class=\"Data\" cellpadding=\"2\">\r\n"
+    "<tr>\r\n"
+    "<th class=\"Data\">Entry Date</th>\r\n"
+    "<th class=\"Data\">Client</th>\r\n"
+    "<th class=\"Data\">Start Time</th>\r\n"
+    "<th class=\"Data\">Duration</th>\r\n"
+    "<th class=\"Data\">Billable/Non-Billable</th>\r\n"
+    "<th class=\"Data\">Paid/Unpaid</th>\r\n"
+    "<th class=\"Data\">Rate Type</th>\r\n"
+    "<th class=\"Data\">Amount</th>\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">11/16/2026</td>\r\n"
+    "<td class=\"Data\">Acme &amp; Sons</td>\r\n"
+    "<td class=\"Data\">9:00 AM</td>\r\n"
+    "<td class=\"Data\" align=\"right\">1.50</td>\r\n"
+    "<td class=\"Data\">Yes</td>\r\n"
+    "<td class=\"Data\">No</td>\r\n"
+    "<td class=\"Data\">Normal Rate</td>\r\n"
+    "<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">11/17/2026</td>\r\n"
+    "<td class=\"Data\">Beta</td>\r\n"
+    "<td class=\"Data\">12:00 AM</td>\r\n"
+    "<td class=\"Data\" align=\"right\">0.25</td>\r\n"
+    "<td class=\"Data\">No</td>\r\n"
+    "<td class=\"Data\">No</td>\r\n"
+    "<td class=\"Data\">Fixed Rate</td>\r\n"
+    "<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">11/18/2026</td>\r\n"
+    "<td class=\"Data\">Acme &amp; Sons</td>\r\n"
+    "<td class=\"Data\">2:30 PM</td>\r\n"
+    "<td class=\"Data\" align=\"right\">2.00</td>\r\n"
+    "<td class=\"Data\">Yes</td>\r\n"
+    "<td class=\"Data\">Yes</td>\r\n"
+    "<td class=\"Data\">Overtime Rate</td>\r\n"
+    "<td class=\"Data\" align=\"right\">100.00</td>\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">11/19/2026</td>\r\n"
+    "<td class=\"Data\">Beta</td>\r\n"
+    "<td class=\"Data\">8:15 AM</td>\r\n"
+    "<td class=\"Data\" align=\"right\">1.00</td>\r\n"
+    "<td class=\"Data\">Yes</td>\r\n"
+    "<td class=\"Data\">No</td>\r\n"
+    "<td class=\"Data\">Normal Rate</td>\r\n"
+    "<td class=\"Data\" align=\"right\">60.00</td>\r\n"
+    "</tr>\r\n"
+    "<tr>\r\n"
+    "<td class=\"Data\">Total</td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\" align=\"right\">4.75h</td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\"> </td>\r\n"
+    "<td class=\"Data\" align=\"right\">280.00</td>\r\n"
+    "</tr>\r\n"
+    "</table>\r\n"
+    "<p>\r\n"
+    "<span>Total Billable Hours: 4.50h</span>\r\n"
+    "<br />\r\n"
+    "<span>Total Unpaid Amount: 120.00</span>\r\n"
+    "<br />\r\n"
+    "<span>Total Paid Amount: 100.00</span>\r\n"
+    "<br />\r\n"
+    "<span>Total Non-Billable Hours: 0.25h</span>\r\n"
+    "<br />\r\n"
+    "<span style=\"font-size : xx-small;\">Report Date: 11/21/2026</span>\r\n"
+    "</p>\r\n"
+    "</body>\r\n"
+    "</html>\r\n";
+
+class EndToEndFilesTest : public ::testing::Test {
+ protected:
+  EndToEndFilesTest() {
+    // Markup characters, quotes, a non-ASCII letter (given as UTF-8 on the
+    // command line), notes with line breaks, start times, every rate type
+    // that changes the amount, billable and paid mixed. The last entry lies
+    // behind the range.
+    const std::vector<Args> adds = {
+        {"--date",     "2026-11-16",  "--start",
+         "09:00",      "--client",    "Acme & Sons",
+         "--project",  "Caf\xc3\xa9", "--task",
+         "Design",     "--duration",  "1.5",
+         "--billable", "--rate",      "40",
+         "--currency", "USD",         "--custom1",
+         "c1",         "--note",      "first line\\nsecond <line>"},
+        {"--date", "2026-11-17", "--client", "Beta", "--task", "Build", "--duration",
+         "0.25", "--no-billable", "--rate", "60", "--rate-type", "Fixed"},
+        {"--date", "2026-11-18", "--start", "14:30", "--client", "Acme & Sons", "--task",
+         "Test", "--duration", "2", "--billable", "--paid", "--rate", "50", "--rate-type",
+         "Overtime", "--bill-to", "Jane <AP>"},
+        {"--date", "2026-11-19", "--start", "08:15", "--client", "Beta", "--phase",
+         "Phase \"2\"", "--task", "Review", "--duration", "1", "--billable", "--rate",
+         "60", "--currency", "EUR", "--custom3", "x, y"},
+        {"--date", "2026-11-25", "--start", "10:00", "--client", "Later", "--task",
+         "Plan", "--duration", "3", "--billable"},
+    };
+    for (const Args& fields : adds) {
+      Args args = {"add"};
+      args.insert(args.end(), fields.begin(), fields.end());
+      const RunResult r = Run(args);
+      EXPECT_EQ(r.status, 0) << fields[1] << ": " << r.err;
+    }
+  }
+
+  std::string Data() const { return dir_.File("data"); }
+  RunResult Run(const Args& args) { return RunQuillora(Data(), args); }
+  // Runs a command that must succeed silently and answers the file it wrote.
+  std::string Written(const Args& args, const std::string& file) {
+    const RunResult r = Run(args);
+    std::string line;
+    for (const auto& a : args) line += a + " ";
+    EXPECT_EQ(r.status, 0) << line << r.err;
+    EXPECT_EQ(r.out + r.err, "") << line;
+    return ReadFileBytes(file);
+  }
+  static Args Range() { return {"--from", "2026-11-15", "--to", "2026-11-21"}; }
+
+  testing::TempDir dir_;
+};
+
+TEST_F(EndToEndFilesTest, CsvExport) {
+  const std::string out = dir_.File("week.csv");
+  Args args = {"export", "csv"};
+  for (const auto& a : Range()) args.push_back(a);
+  args.push_back(out);
+  EXPECT_EQ(Written(args, out), kCsv);
+}
+
+TEST_F(EndToEndFilesTest, XmlExportInEachEncoding) {
+  const std::string declarations[] = {
+      "<?xml version=\"1.0\"?>\r\n",
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n",
+      "<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n",
+      "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n",
+      "<?xml version=\"1.0\" encoding=\"Shift-JIS\"?>\r\n",
+      "<?xml version=\"1.0\" encoding=\"Big-5\"?>\r\n",
+  };
+  for (int encoding = 0; encoding < 6; ++encoding) {
+    ASSERT_EQ(Run({"settings", "set", "Encoding", std::to_string(encoding)}).status, 0);
+    const std::string out = dir_.File("week" + std::to_string(encoding) + ".xml");
+    Args args = {"export", "xml"};
+    for (const auto& a : Range()) args.push_back(a);
+    args.push_back(out);
+    // Every encoding but UTF-16 is the Windows-1252 bytes under another label.
+    std::string expected = declarations[encoding] + kXmlItems;
+    if (encoding == 2) {
+      std::string wide = "\xff\xfe";
+      for (char c : expected) {
+        wide.push_back(c);
+        wide.push_back('\0');
+      }
+      // The e acute is U+00E9: its low byte is the 1252 byte.
+      expected = wide;
+    }
+    EXPECT_EQ(Written(args, out), expected) << "encoding " << encoding;
+  }
+}
+
+TEST_F(EndToEndFilesTest, GroupByAndTabularReports) {
+  ASSERT_EQ(Run({"report-def", "save", "ByClient", "--title", "By <Client>", "--type",
+                 "Group By Field", "--group-by", "Client", "--columns",
+                 "Entry Date,Task,Duration,Rate,Amount,Notes"})
+                .status,
+            0);
+  ASSERT_EQ(Run({"report-def", "save", "Table", "--type", "Tabular", "--columns",
+                 "Entry Date,Client,Start "
+                 "Time,Duration,Billable/Non-Billable,Paid/Unpaid,Rate Type,Amount"})
+                .status,
+            0);
+  struct Case {
+    const char* name;
+    const char* expected;
+  };
+  for (const Case& c :
+       {Case{"ByClient", kGroupByReport}, Case{"Table", kTabularReport}}) {
+    const std::string out = dir_.File(std::string(c.name) + ".htm");
+    Args args = {"report", c.name};
+    for (const auto& a : Range()) args.push_back(a);
+    args.push_back(out);
+    EXPECT_EQ(Written(args, out), c.expected) << c.name;
+  }
+}
+
+}  // namespace
+}  // namespace quillora
