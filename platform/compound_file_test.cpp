@@ -362,7 +362,9 @@ TEST(CompoundFileTest, ReadsADegenerateTreeWithoutRecursion) {
   // reader needs order, not balance, and must not recurse 50,000 deep.
   const int count = 50'000;
   std::string bytes = Build([&](CompoundWriter& w) {
-    for (int i = 0; i < count; ++i) AddStream(w, w.root(), "R" + std::to_string(i), "");
+    for (int i = 0; i < count; ++i) {
+      AddStream(w, w.root(), std::string("R").append(std::to_string(i)), "");
+    }
   });
   const std::vector<RawEntry> dir = RawDirectory(bytes);
   std::vector<uint32_t> sorted;

@@ -342,7 +342,11 @@ int RunRate(CliContext& context, Arguments& args) {
     for (const RateGroup& group : tree.groups) {
       PrintLine(group.heading);
       for (const Rate& rate : group.rates) {
-        PrintLine(u"\t" + RateLabel(rate) + u"\t" + RateTypeName(rate.type));
+        std::u16string line = u"\t";
+        line += RateLabel(rate);
+        line += u'\t';
+        line += RateTypeName(rate.type);
+        PrintLine(line);
       }
     }
     return kExitDone;
