@@ -42,7 +42,8 @@ check-asan: deps
 	  ctest --output-on-failure -j $(JOBS)
 
 bench: deps
-	cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUILLORA_BENCH=ON
+	cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUILLORA_BENCH=ON \
+	  -DQUILLORA_WERROR=ON
 	cmake --build build-bench -j $(JOBS)
 	./build-bench/bench/quillora_bench
 

@@ -1,7 +1,6 @@
 #include "backup/backup.h"
 
 #include <cstdio>
-#include <set>
 #include <string_view>
 #include <utility>
 
@@ -34,20 +33,6 @@ bool ReadStream(const CompoundReader& reader, CompoundStorage parent,
   return reader.OpenStream(parent, name, &stream) == CompoundResult::kOk &&
          reader.ReadStream(stream, bytes) == CompoundResult::kOk;
 }
-
-// Orders texts by the locale comparison, so that a set of them finds the
-// names that the catalogue's own add operations would take as equal.
-struct LocaleLess {
-  const Locale* locale;
-  bool operator()(const std::u16string& a, const std::u16string& b) const {
-    return locale->Compare(a, b) < 0;
-  }
-  bool operator()(const std::pair<std::u16string, std::u16string>& a,
-                  const std::pair<std::u16string, std::u16string>& b) const {
-    const int first = locale->Compare(a.first, b.first);
-    return first != 0 ? first < 0 : locale->Compare(a.second, b.second) < 0;
-  }
-};
 
 int RecordCount(RecordStore& store) {
   DatabaseInfo info;
@@ -162,17 +147,10 @@ bool BackupWriter::RestoreClient(const CompoundReader& reader, CompoundStorage s
   }
   if (number != 0) {
     // What the client has already is not added again (the rule of AddProject).
-    std::set<std::pair<std::u16string, std::u16string>, LocaleLess> have(
-        LocaleLess{&locale_});
-    for (ProjectRecord& r : ProjectRecords(catalogue_.projects, number)) {
-      have.emplace(std::move(r.project), std::move(r.task));
-    }
-    for (ProjectRecord& r : projects) {
-      if (r.project.empty() || !have.emplace(r.project, r.task).second) continue;
-      PropList props = {PropValue::Number(kPropClientId, number),
-                        PropValue::Text(kPropItemName, r.project)};
-      if (!r.task.empty()) props.push_back(PropValue::Text(kPropTaskName, r.task));
-      if (catalogue_.projects.WriteProps(0, props) == 0 || !Added()) return false;
+    ProjectAdder adder(catalogue_.projects, locale_, number);
+    for (const ProjectRecord& r : projects) {
+      if (adder.Refuses(r.project, r.task)) continue;
+      if (adder.Add(r.project, r.task) == 0 || !Added()) return false;
     }
   }
 
@@ -185,15 +163,10 @@ bool BackupWriter::RestoreClient(const CompoundReader& reader, CompoundStorage s
       return false;
     }
     if (number == 0) continue;
-    std::set<std::u16string, LocaleLess> have(LocaleLess{&locale_});
-    for (CatalogueItem& item : ItemsOf(*store, number)) have.insert(std::move(item.name));
-    for (std::u16string& n : names) {
-      if (n.empty() || !have.insert(n).second) continue;
-      if (store->WriteProps(0, {PropValue::Number(kPropClientId, number),
-                                PropValue::Text(kPropItemName, n)}) == 0 ||
-          !Added()) {
-        return false;
-      }
+    ItemAdder adder(*store, locale_, number);
+    for (const std::u16string& n : names) {
+      if (adder.Refuses(n)) continue;
+      if (adder.Add(n) == 0 || !Added()) return false;
     }
   }
 

@@ -31,8 +31,8 @@ void BM_ImportContacts(benchmark::State& state) {
   for (auto _ : state) {
     state.PauseTiming();
     std::string error;
-    auto volume =
-        OpenSqliteObjectStore(dir.File("v" + std::to_string(round++) + ".db"), &error);
+    auto volume = OpenSqliteObjectStore(
+        dir.File(std::string("v").append(std::to_string(round++)).append(".db")), &error);
     Catalogue catalogue(*volume, nullptr);
     catalogue.Open();
     AddClient(catalogue.clients, u"Acme");
@@ -47,6 +47,7 @@ void BM_ImportContacts(benchmark::State& state) {
 BENCHMARK(BM_ImportContacts)
     ->Arg(1000)
     ->Arg(4000)
+    ->Arg(16000)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(3);
 
@@ -61,8 +62,8 @@ void BM_ImportClients(benchmark::State& state) {
   for (auto _ : state) {
     state.PauseTiming();
     std::string error;
-    auto volume =
-        OpenSqliteObjectStore(dir.File("v" + std::to_string(round++) + ".db"), &error);
+    auto volume = OpenSqliteObjectStore(
+        dir.File(std::string("v").append(std::to_string(round++)).append(".db")), &error);
     Catalogue catalogue(*volume, nullptr);
     catalogue.Open();
     state.ResumeTiming();

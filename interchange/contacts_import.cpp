@@ -124,8 +124,9 @@ int AddContactNames(Catalogue& catalogue, const Locale& locale, ClientId client,
                     const std::vector<std::u16string>& names) {
   const bool batch = catalogue.volume.BeginBatch();
   int added = 0;
+  ListNameAdder adder(catalogue, locale, {ListKind::kContacts, client, {}});
   for (const std::u16string& name : names) {
-    if (AddListName(catalogue, locale, {ListKind::kContacts, client}, name)) ++added;
+    if (adder.Add(name)) ++added;
   }
   if (batch) catalogue.volume.CommitBatch();
   return added;

@@ -19,8 +19,13 @@ using Names = std::vector<std::u16string>;
 
 std::string Cards(const std::vector<VCard>& cards) {
   std::string out;
-  for (const VCard& c : cards)
-    out += "[" + ToUtf8(c.file_as) + "|" + ToUtf8(c.company) + "]";
+  for (const VCard& c : cards) {
+    out += '[';
+    out += ToUtf8(c.file_as);
+    out += '|';
+    out += ToUtf8(c.company);
+    out += ']';
+  }
   return out;
 }
 

@@ -104,30 +104,54 @@ bool ParseListFile(std::string_view bytes, int code_page,
   return true;
 }
 
-bool AddListName(Catalogue& catalogue, const Locale& locale, const CatalogueList& list,
-                 std::u16string name) {
-  if (name.size() > kListNameLimit) name.resize(kListNameCut);
+ListNameAdder::ListNameAdder(Catalogue& catalogue, const Locale& locale,
+                             const CatalogueList& list)
+    : catalogue_(catalogue), list_(list) {
   switch (list.kind) {
+    case ListKind::kProjects:
+      projects_.emplace(catalogue.projects, locale, list.client);
+      break;
+    case ListKind::kTasks:
+      if (!list.project.empty()) {
+        projects_.emplace(catalogue.projects, locale, list.client);
+      } else {
+        items_.emplace(catalogue.tasks, locale, list.client);
+      }
+      break;
+    case ListKind::kContacts:
+      items_.emplace(catalogue.contacts, locale, list.client);
+      break;
+    case ListKind::kClients:
+    case ListKind::kContactsApplication:
+      break;
+  }
+}
+
+bool ListNameAdder::Add(std::u16string name) {
+  if (name.size() > kListNameLimit) name.resize(kListNameCut);
+  switch (list_.kind) {
     case ListKind::kClients:
       // AddClient answers the new number, which is 0 for every client added
       // while the counter is missing; whether the client is there tells.
-      if (name.empty() || FindClient(catalogue.clients, name)) return false;
-      AddClient(catalogue.clients, name);
-      return FindClient(catalogue.clients, name);
+      if (name.empty() || FindClient(catalogue_.clients, name)) return false;
+      AddClient(catalogue_.clients, name);
+      return FindClient(catalogue_.clients, name);
     case ListKind::kProjects:
-      return AddProject(catalogue.projects, locale, list.client, name, u"") != 0;
+      return projects_->Add(name, u"") != 0;
     case ListKind::kTasks:
-      if (!list.project.empty()) {
-        return AddProject(catalogue.projects, locale, list.client, list.project, name) !=
-               0;
-      }
-      return AddItem(catalogue.tasks, locale, list.client, name) != 0;
+      if (projects_) return projects_->Add(list_.project, name) != 0;
+      return items_->Add(name) != 0;
     case ListKind::kContacts:
-      return AddItem(catalogue.contacts, locale, list.client, name) != 0;
+      return items_->Add(name) != 0;
     case ListKind::kContactsApplication:
       break;
   }
   return false;
+}
+
+bool AddListName(Catalogue& catalogue, const Locale& locale, const CatalogueList& list,
+                 std::u16string name) {
+  return ListNameAdder(catalogue, locale, list).Add(std::move(name));
 }
 
 bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& files,
@@ -142,8 +166,9 @@ bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& file
     return false;
   }
   ImportBatch batch(catalogue.volume);
+  ListNameAdder adder(catalogue, locale, list);
   for (std::u16string& name : names) {
-    if (AddListName(catalogue, locale, list, std::move(name)) && added != nullptr) {
+    if (adder.Add(std::move(name)) && added != nullptr) {
       ++*added;
     }
   }

@@ -13,6 +13,12 @@
 namespace quillora {
 namespace {
 
+// "PREFIX" followed by the number: appended, since GCC 12 at -O3 takes
+// "literal" + std::string&& for an overlapping copy (-Wrestrict).
+std::string Numbered(const char* prefix, std::size_t number) {
+  return std::string(prefix).append(std::to_string(number));
+}
+
 using testing::TempDir;
 
 constexpr uint32_t kEnd = 0xFFFFFFFE;
@@ -198,7 +204,7 @@ TEST(CompoundFileTest, RoundTripsStreamsAroundTheMiniStreamCutoff) {
   const size_t sizes[] = {0, 1, 63, 64, 65, 511, 512, 513, 4095, 4096, 4097, 9000};
   const std::string bytes = Build([&](CompoundWriter& w) {
     for (size_t size : sizes)
-      AddStream(w, w.root(), "S" + std::to_string(size), Pattern(size, size));
+      AddStream(w, w.root(), Numbered("S", size), Pattern(size, size));
     CompoundStorage deep =
         AddStorage(w, AddStorage(w, AddStorage(w, w.root(), "A"), "B"), "C");
     AddStream(w, deep, "Deep", Pattern(4100, 1));
@@ -208,7 +214,7 @@ TEST(CompoundFileTest, RoundTripsStreamsAroundTheMiniStreamCutoff) {
   ASSERT_EQ(r.OpenBytes(bytes), CompoundResult::kOk) << r.error_detail();
   for (size_t size : sizes) {
     CompoundStream s;
-    ASSERT_EQ(r.OpenStream(r.root(), U("s" + std::to_string(size)), &s),
+    ASSERT_EQ(r.OpenStream(r.root(), U(Numbered("s", size)), &s),
               CompoundResult::kOk)
         << size;
     std::string data = "stale";
@@ -329,7 +335,7 @@ TEST(CompoundFileTest, ManyChildrenFormValidRedBlackTreesInContainerOrder) {
     const std::string bytes = Build([&](CompoundWriter& w) {
       CompoundStorage records = AddStorage(w, w.root(), "Records");
       for (int i = count - 1; i >= 0; --i)
-        AddStream(w, records, "Record" + std::to_string(i), "r");
+        AddStream(w, records, Numbered("Record", i), "r");
     });
     const std::vector<RawEntry> dir = RawDirectory(bytes);
     const RawEntry& records = Named(dir, "Records");
@@ -362,7 +368,9 @@ TEST(CompoundFileTest, ReadsADegenerateTreeWithoutRecursion) {
   // reader needs order, not balance, and must not recurse 50,000 deep.
   const int count = 50'000;
   std::string bytes = Build([&](CompoundWriter& w) {
-    for (int i = 0; i < count; ++i) AddStream(w, w.root(), "R" + std::to_string(i), "");
+    for (int i = 0; i < count; ++i) {
+      AddStream(w, w.root(), Numbered("R", i), "");
+    }
   });
   const std::vector<RawEntry> dir = RawDirectory(bytes);
   std::vector<uint32_t> sorted;
@@ -625,10 +633,10 @@ std::string CrossCheckFile(const TempDir& dir) {
   AddStream(w, w.root(), "DataVersion", std::string("\xDC\0\0\0\1\0\0\0", 8));
   CompoundStorage records = AddStorage(w, w.root(), "Records");
   for (int i = 0; i < 1200; ++i)
-    AddStream(w, records, "Record" + std::to_string(i), Pattern(90 + i % 50, i));
+    AddStream(w, records, Numbered("Record", i), Pattern(90 + i % 50, i));
   CompoundStorage clients = AddStorage(w, w.root(), "Clients");
   for (int i = 0; i < 3; ++i) {
-    CompoundStorage client = AddStorage(w, clients, "Client" + std::to_string(i));
+    CompoundStorage client = AddStorage(w, clients, Numbered("Client", i));
     for (const char* name : {"Name", "ProjectTasks", "Tasks", "Contacts", "Rates"}) {
       AddStream(w, client, name, Pattern(i == 2 ? 6000 : 4 * i, i));
     }

@@ -225,7 +225,8 @@ TEST_F(RegistryFileTest, RefusesDamagedOrForeignFilesWithoutTouchingThem) {
     RegistryKey key;
     ASSERT_EQ(registry->CreateKey(RegistryHive::kCurrentUser, kKeyPath, &key), 0);
     for (int i = 0; i < 50; ++i) {
-      ASSERT_EQ(WriteString(*registry, key, u"v" + WidenAscii(std::to_string(i)),
+      ASSERT_EQ(WriteString(*registry, key,
+                            std::u16string(u"v").append(WidenAscii(std::to_string(i))),
                             std::u16string(100, u'x')),
                 0);
     }

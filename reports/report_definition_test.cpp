@@ -424,7 +424,7 @@ TEST_F(SavedReportsTest, DeleteAndRenameKeepTheDefaultReport) {
   }
   AddValueRecord(5, u"A");
   Settings settings;
-  settings.default_report = u"A";
+  settings.default_report = std::u16string(u"A");
 
   EXPECT_EQ(RenameSavedReports(volume(), prompt_, u"A", u"D", &settings),
             SavedReportChange::kDone);

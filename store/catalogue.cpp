@@ -19,6 +19,19 @@ PropValue KindValue(ValueListKind kind) {
   return PropValue::Number(kPropListKind, static_cast<std::uint16_t>(kind));
 }
 
+ObjectId WriteProject(ProjectStore& projects, ClientId client,
+                      const std::u16string& project, const std::u16string& task) {
+  PropList props = {PropValue::Number(kPropClientId, client),
+                    PropValue::Text(kPropItemName, project)};
+  if (!task.empty()) props.push_back(PropValue::Text(kPropTaskName, task));
+  return projects.WriteProps(0, props);
+}
+
+ObjectId WriteItem(RecordStore& store, ClientId client, const std::u16string& name) {
+  return store.WriteProps(0, {PropValue::Number(kPropClientId, client),
+                              PropValue::Text(kPropItemName, name)});
+}
+
 Answer AskToDelete(UserPrompt& prompt, int question) {
   return prompt.Ask(kAppTitle, LoadString(question), MessageIcon::kWarning,
                     QuestionButtons::kYesNo, Answer::kNo);
@@ -65,10 +78,26 @@ bool IsDuplicate(ProjectStore& projects, const Locale& locale, ClientId client,
 ObjectId AddProject(ProjectStore& projects, const Locale& locale, ClientId client,
                     const std::u16string& project, const std::u16string& task) {
   if (project.empty() || IsDuplicate(projects, locale, client, project, task)) return 0;
-  PropList props = {PropValue::Number(kPropClientId, client),
-                    PropValue::Text(kPropItemName, project)};
-  if (!task.empty()) props.push_back(PropValue::Text(kPropTaskName, task));
-  return projects.WriteProps(0, props);
+  return WriteProject(projects, client, project, task);
+}
+
+ProjectAdder::ProjectAdder(ProjectStore& projects, const Locale& locale, ClientId client)
+    : projects_(projects), client_(client), have_(LocaleLess{&locale}) {
+  for (ProjectRecord& r : ProjectRecords(projects, client)) {
+    have_.emplace(std::move(r.project), std::move(r.task));
+  }
+}
+
+bool ProjectAdder::Refuses(const std::u16string& project,
+                           const std::u16string& task) const {
+  return project.empty() || have_.count({project, task}) != 0;
+}
+
+ObjectId ProjectAdder::Add(const std::u16string& project, const std::u16string& task) {
+  if (Refuses(project, task)) return 0;
+  const ObjectId id = WriteProject(projects_, client_, project, task);
+  if (id != 0) have_.emplace(project, task);
+  return id;
 }
 
 bool UpdateProject(ProjectStore& projects, const ProjectRecord& record) {
@@ -124,8 +153,23 @@ ObjectId AddItem(RecordStore& store, const Locale& locale, ClientId client,
   for (const CatalogueItem& item : ItemsOf(store, client)) {
     if (locale.Equal(item.name, name)) return 0;
   }
-  return store.WriteProps(0, {PropValue::Number(kPropClientId, client),
-                              PropValue::Text(kPropItemName, name)});
+  return WriteItem(store, client, name);
+}
+
+ItemAdder::ItemAdder(RecordStore& store, const Locale& locale, ClientId client)
+    : store_(store), client_(client), have_(LocaleLess{&locale}) {
+  for (CatalogueItem& item : ItemsOf(store, client)) have_.insert(std::move(item.name));
+}
+
+bool ItemAdder::Refuses(const std::u16string& name) const {
+  return name.empty() || have_.count(name) != 0;
+}
+
+ObjectId ItemAdder::Add(const std::u16string& name) {
+  if (Refuses(name)) return 0;
+  const ObjectId id = WriteItem(store_, client_, name);
+  if (id != 0) have_.insert(name);
+  return id;
 }
 
 bool DeleteItem(RecordStore& store, ObjectId record_id) {

@@ -10,7 +10,9 @@
 #define QUILLORA_STORE_CATALOGUE_H_
 
 #include <functional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/locale.h"
@@ -77,6 +79,39 @@ std::vector<ProjectRecord> ProjectRecords(ProjectStore& projects, ClientId clien
 std::vector<Project> ProjectsOf(ProjectStore& projects, const Locale& locale,
                                 ClientId client);
 
+// Orders names (and pairs of names) by the locale comparison, so that a set
+// of them finds exactly the names that the add operations take as equal.
+struct LocaleLess {
+  const Locale* locale;
+  bool operator()(const std::u16string& a, const std::u16string& b) const {
+    return locale->Compare(a, b) < 0;
+  }
+  bool operator()(const std::pair<std::u16string, std::u16string>& a,
+                  const std::pair<std::u16string, std::u16string>& b) const {
+    const int first = locale->Compare(a.first, b.first);
+    return first != 0 ? first < 0 : locale->Compare(a.second, b.second) < 0;
+  }
+};
+
+// AddProject for many adds to one client (imports, restores): the client's
+// records are read once when it is made, and each add looks in that set
+// instead of walking the store, so N adds cost O(N log N). Only this adder
+// may add to the client's projects while it lives.
+class ProjectAdder {
+ public:
+  ProjectAdder(ProjectStore& projects, const Locale& locale, ClientId client);
+  // True when AddProject would refuse the pair: an empty project, or a pair
+  // the client has.
+  bool Refuses(const std::u16string& project, const std::u16string& task) const;
+  // AddProject: the record id, or 0 when refused or the write failed.
+  ObjectId Add(const std::u16string& project, const std::u16string& task);
+
+ private:
+  ProjectStore& projects_;
+  ClientId client_;
+  std::set<std::pair<std::u16string, std::u16string>, LocaleLess> have_;
+};
+
 // Tasks and contacts (any of the catalogue stores opened on 1201 whose
 // records are {1201, 1101}).
 
@@ -86,6 +121,20 @@ std::vector<CatalogueItem> ItemsOf(RecordStore& store, ClientId client);
 // client has it already, else the record id.
 ObjectId AddItem(RecordStore& store, const Locale& locale, ClientId client,
                  const std::u16string& name);
+// AddItem for many adds to one client, as ProjectAdder is for AddProject.
+class ItemAdder {
+ public:
+  ItemAdder(RecordStore& store, const Locale& locale, ClientId client);
+  // True when AddItem would refuse the name: empty, or the client has it.
+  bool Refuses(const std::u16string& name) const;
+  // AddItem: the record id, or 0 when refused or the write failed.
+  ObjectId Add(const std::u16string& name);
+
+ private:
+  RecordStore& store_;
+  ClientId client_;
+  std::set<std::u16string, LocaleLess> have_;
+};
 // Deletes the one record `record_id`.
 bool DeleteItem(RecordStore& store, ObjectId record_id);
 

@@ -183,6 +183,40 @@ TEST_F(CatalogueTest, TasksAndContactsHoldEachNameOncePerClient) {
   }
 }
 
+// The bulk adders answer as the single adds do, for names already stored,
+// names they added themselves, and names of another client.
+TEST_F(CatalogueTest, AddersFollowTheSingleAddsRules) {
+  const ClientId single = Add(u"Single"), bulk = Add(u"Bulk"), other = Add(u"Other");
+  for (ClientId c : {single, bulk}) {
+    AddItem(catalogue_.contacts, *locale_, c, u"Ann");
+    AddProject(catalogue_.projects, *locale_, c, u"Web", u"");
+  }
+  AddItem(catalogue_.contacts, *locale_, other, u"Bob");
+  AddProject(catalogue_.projects, *locale_, other, u"App", u"Build");
+
+  const std::vector<std::pair<std::u16string, std::u16string>> adds = {
+      {u"Ann", u""},   {u"ann", u"x"},  {u"", u"Design"}, {u"Bob", u"Build"},
+      {u"Bob", u""},   {u"Web", u""},   {u"Web", u"Design"}, {u"Web", u"Design"},
+      {u"App", u"Build"}, {u"ann", u"x"}, {u"Ann ", u""}};
+  ItemAdder items(catalogue_.contacts, *locale_, bulk);
+  ProjectAdder projects(catalogue_.projects, *locale_, bulk);
+  for (const auto& [first, second] : adds) {
+    const std::string text = ToUtf8(first) + "/" + ToUtf8(second);
+    const bool item_taken = items.Add(first) != 0;
+    EXPECT_EQ(item_taken, AddItem(catalogue_.contacts, *locale_, single, first) != 0)
+        << text;
+    EXPECT_TRUE(items.Refuses(first)) << text << ": taken or there before";
+    const bool project_taken = projects.Add(first, second) != 0;
+    EXPECT_EQ(project_taken,
+              AddProject(catalogue_.projects, *locale_, single, first, second) != 0)
+        << text;
+  }
+  EXPECT_EQ(Names(catalogue_.contacts, bulk), Names(catalogue_.contacts, single));
+  EXPECT_EQ(ProjectTexts(bulk), ProjectTexts(single));
+  EXPECT_EQ(Names(catalogue_.contacts, other), "Bob ");
+  EXPECT_EQ(ProjectTexts(other), "App/Build ");
+}
+
 TEST_F(CatalogueTest, ValueListsHoldNoDuplicatesAndNoEmptyText) {
   AuxStore aux(volume_.store());
   ASSERT_TRUE(aux.Open());

@@ -29,7 +29,10 @@ FileTime Ticks(const SystemTime& st) {
 
 std::string Joined(const std::vector<std::u16string>& items) {
   std::string out;
-  for (const auto& i : items) out += (out.empty() ? "" : ",") + ToUtf8(i);
+  for (const auto& i : items) {
+    if (!out.empty()) out += ',';
+    out += ToUtf8(i);
+  }
   return out;
 }
 

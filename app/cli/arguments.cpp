@@ -1,5 +1,7 @@
 #include "app/cli/arguments.h"
 
+#include "platform/text.h"
+
 namespace quillora {
 
 std::optional<std::vector<std::string>> Arguments::Values(const std::string& name,
@@ -82,6 +84,19 @@ std::vector<std::string> Arguments::Positionals() {
     if (w.size() > 2 && w.compare(0, 2, "--") == 0) Fail("unknown option " + w);
   }
   return words_;
+}
+
+bool SplitClientNames(const std::string& text, std::vector<std::u16string>* names) {
+  std::size_t begin = 0;
+  for (;;) {
+    const std::size_t comma = text.find(',', begin);
+    const std::string name = text.substr(
+        begin, comma == std::string::npos ? std::string::npos : comma - begin);
+    if (name.empty()) return false;
+    names->push_back(FromUtf8(name));
+    if (comma == std::string::npos) return true;
+    begin = comma + 1;
+  }
 }
 
 }  // namespace quillora

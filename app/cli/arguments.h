@@ -43,6 +43,10 @@ class Arguments {
   std::string error_;
 };
 
+// "A,B,C" as the names A, B and C (UTF-8 words to wide text); false when a
+// name among them is empty.
+bool SplitClientNames(const std::string& text, std::vector<std::u16string>* names);
+
 }  // namespace quillora
 
 #endif  // QUILLORA_APP_CLI_ARGUMENTS_H_

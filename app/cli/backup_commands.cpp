@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "app/cli/backup_period_options.h"
 #include "app/cli/cli_commands.h"
+#include "app/cli/period_options.h"
 #include "backup/archive.h"
 #include "backup/backup.h"
 #include "platform/text.h"
@@ -69,13 +69,10 @@ int ArchiveRun(CliContext& context, Arguments& args) {
   if (!context.OpenData()) return kExitFailed;
   if (data) {
     request.type = kArchiveData;
-    BackupPeriodChoice period;
-    std::string error;
-    if (!TakeBackupPeriod(args, context.data.settings, *context.clock, true, &period,
-                          &error)) {
-      return UsageError(error);
-    }
-    if (!RangeToFileTimes(period.range, &request.start, &request.end)) {
+    const PeriodOptions options = TakePeriodOptions(args, true);
+    if (!args.error().empty()) return UsageError(args.error());
+    const auto period = ChosenPeriod(options, context.data.settings, *context.clock);
+    if (!RangeToFileTimes(period->GetRange(), &request.start, &request.end)) {
       return UsageError("the period is outside the calendar");
     }
   }

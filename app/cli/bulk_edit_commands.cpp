@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "app/cli/backup_period_options.h"
 #include "app/cli/cli_commands.h"
+#include "app/cli/period_options.h"
 #include "periods/entry_filter.h"
 #include "platform/text.h"
 #include "timekeeping/bulk_edits.h"
@@ -89,15 +89,13 @@ int ReplaceRun(CliContext& context, Arguments& args) {
 
 int MarkPaidRun(CliContext& context, Arguments& args) {
   if (!context.OpenData()) return kExitFailed;
-  BackupPeriodChoice period;
-  std::string error;
-  if (!TakeBackupPeriod(args, context.data.settings, *context.clock, false, &period,
-                        &error)) {
-    return UsageError(error);
-  }
+  const PeriodOptions options = TakePeriodOptions(args, false);
   if (const int status = NoPositionals(args)) return status;
+  // Marked paid is what the view of the period lists.
+  const PeriodRange view_range =
+      ChosenPeriod(options, context.data.settings, *context.clock)->GetViewRange();
   FileTime start, end;
-  if (!RangeToFileTimes(period.view_range, &start, &end)) {
+  if (!RangeToFileTimes(view_range, &start, &end)) {
     return UsageError("the period is outside the calendar");
   }
   std::unique_ptr<EntryStore> entries;
@@ -105,8 +103,8 @@ int MarkPaidRun(CliContext& context, Arguments& args) {
   // The filter of the view: the saved criteria over the days of the period.
   EntryFilter filter;
   LoadFilter(*context.data.registry, &filter);
-  filter.range_start = DateOnly(period.view_range.start);
-  filter.range_end = DateOnly(period.view_range.end);
+  filter.range_start = DateOnly(view_range.start);
+  filter.range_end = DateOnly(view_range.end);
   const Locale& locale = context.locale();
   const BulkOutcome outcome = MarkAllPaid(
       *entries, *context.prompt, start, end,
@@ -132,8 +130,8 @@ int DeleteDataRun(CliContext& context, Arguments& args) {
   } else {
     if (!from || !to)
       return UsageError("delete-data needs --from and --to, or --clients");
-    const auto from_date = ParseBackupDate(*from);
-    const auto to_date = ParseBackupDate(*to);
+    const auto from_date = ParseCommandLineDate(*from);
+    const auto to_date = ParseCommandLineDate(*to);
     if (!from_date || !to_date)
       return UsageError("--from and --to take dates YYYY-MM-DD");
     if (!RangeToFileTimes(WholeDays(*from_date, *to_date), &criteria.start,

@@ -3,6 +3,7 @@
 // the same checks, messages and questions (docs/catalogue.md).
 #include <algorithm>
 #include <cstdio>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,6 +36,20 @@ struct Session {
   }
 };
 
+// The exit status of a deletion: 0 done, 1 declined, 1 with `failure` shown
+// when the store failed.
+int DeleteStatus(Session& s, DeleteOutcome outcome, const std::u16string& failure) {
+  switch (outcome) {
+    case DeleteOutcome::kDeleted:
+      return kExitDone;
+    case DeleteOutcome::kDeclined:
+      return kExitFailed;
+    case DeleteOutcome::kFailed:
+      break;
+  }
+  return s.Fail(failure);
+}
+
 // Opens the data and the five catalogue stores; null after showing why.
 std::unique_ptr<Session> OpenSession(CliContext& context) {
   if (!context.OpenCatalogue()) return nullptr;
@@ -60,6 +75,25 @@ std::optional<std::vector<std::string>> Words(Arguments& args, const char* usage
   return words;
 }
 
+// The words a subcommand takes: `count`, and up to `optional` more.
+struct SubcommandShape {
+  const char* name;
+  std::size_t count;
+  std::size_t optional = 0;
+};
+
+// Words() for the subcommand `sub` as `shapes` says; nothing, with the usage
+// printed, for a subcommand they do not name.
+std::optional<std::vector<std::string>> SubcommandWords(
+    Arguments& args, const std::string& sub, const char* usage,
+    std::initializer_list<SubcommandShape> shapes) {
+  for (const SubcommandShape& shape : shapes) {
+    if (sub == shape.name) return Words(args, usage, shape.count, shape.optional);
+  }
+  UsageError(std::string("usage: quillora ") + usage);
+  return std::nullopt;
+}
+
 std::string Subcommand(Arguments& args) {
   // Positionals() takes the options too, so the subcommand is read from a copy.
   Arguments copy = args;
@@ -76,16 +110,8 @@ std::u16string Quoted(const std::u16string& text) { return u"\"" + text + u"\"";
 int RunClient(CliContext& context, Arguments& args) {
   const std::string sub = Subcommand(args);
   const char* usage = "client add NAME | rename OLD NEW | delete NAME | list";
-  std::optional<std::vector<std::string>> w;
-  if (sub == "add" || sub == "delete") {
-    w = Words(args, usage, 1);
-  } else if (sub == "rename") {
-    w = Words(args, usage, 2);
-  } else if (sub == "list") {
-    w = Words(args, usage, 0);
-  } else {
-    return UsageError(std::string("usage: quillora ") + usage);
-  }
+  const auto w = SubcommandWords(args, sub, usage,
+                                 {{"add", 1}, {"delete", 1}, {"rename", 2}, {"list", 0}});
   if (!w) return kExitUsage;
   auto s = OpenSession(context);
   if (!s) return kExitFailed;
@@ -121,15 +147,8 @@ int RunClient(CliContext& context, Arguments& args) {
     if (!RenameClient(clients, name)) return s->Fail(u"Unable to save the client.");
     return kExitDone;
   }
-  switch (DeleteClient(*s->catalogue, s->prompt(), client.record_id)) {
-    case DeleteOutcome::kDeleted:
-      return kExitDone;
-    case DeleteOutcome::kDeclined:
-      return kExitFailed;
-    case DeleteOutcome::kFailed:
-      break;
-  }
-  return s->Fail(u"Unable to delete the client.");
+  return DeleteStatus(*s, DeleteClient(*s->catalogue, s->prompt(), client.record_id),
+                      u"Unable to delete the client.");
 }
 
 // project add CLIENT PROJECT [TASK] | delete CLIENT PROJECT | list CLIENT
@@ -138,16 +157,8 @@ int RunProject(CliContext& context, Arguments& args) {
   const std::string sub = Subcommand(args);
   const char* usage =
       "project add CLIENT PROJECT [TASK] | delete CLIENT PROJECT | list CLIENT";
-  std::optional<std::vector<std::string>> w;
-  if (sub == "add") {
-    w = Words(args, usage, 2, 1);
-  } else if (sub == "delete") {
-    w = Words(args, usage, 2);
-  } else if (sub == "list") {
-    w = Words(args, usage, 1);
-  } else {
-    return UsageError(std::string("usage: quillora ") + usage);
-  }
+  const auto w =
+      SubcommandWords(args, sub, usage, {{"add", 2, 1}, {"delete", 2}, {"list", 1}});
   if (!w) return kExitUsage;
   auto s = OpenSession(context);
   if (!s) return kExitFailed;
@@ -183,16 +194,9 @@ int RunProject(CliContext& context, Arguments& args) {
     return s->Fail(u"There is no project named " + Quoted(project) +
                    u" for this client.");
   }
-  switch (
-      DeleteProjectAsked(*s->catalogue, s->prompt(), locale, client.number, project)) {
-    case DeleteOutcome::kDeleted:
-      return kExitDone;
-    case DeleteOutcome::kDeclined:
-      return kExitFailed;
-    case DeleteOutcome::kFailed:
-      break;
-  }
-  return s->Fail(u"Unable to delete the project.");
+  return DeleteStatus(
+      *s, DeleteProjectAsked(*s->catalogue, s->prompt(), locale, client.number, project),
+      u"Unable to delete the project.");
 }
 
 // task and contact: add CLIENT NAME | delete CLIENT NAME | list CLIENT. Tasks
@@ -206,14 +210,8 @@ int RunItems(CliContext& context, Arguments& args, bool tasks) {
                           : "contact add|delete CLIENT NAME | list CLIENT";
   const std::optional<std::string> project_arg =
       tasks ? args.Value("--project") : std::nullopt;
-  std::optional<std::vector<std::string>> w;
-  if (sub == "add" || sub == "delete") {
-    w = Words(args, usage, 2);
-  } else if (sub == "list") {
-    w = Words(args, usage, 1);
-  } else {
-    return UsageError(std::string("usage: quillora ") + usage);
-  }
+  const auto w =
+      SubcommandWords(args, sub, usage, {{"add", 2}, {"delete", 2}, {"list", 1}});
   if (!w) return kExitUsage;
   auto s = OpenSession(context);
   if (!s) return kExitFailed;
@@ -312,10 +310,10 @@ int RunRate(CliContext& context, Arguments& args) {
   const auto description_arg = args.Value("--description");
   const auto value_arg = args.Value("--value");
   const bool flag = args.Flag("--flag");
-  if (sub != "add" && sub != "update" && sub != "delete" && sub != "list") {
-    return UsageError(std::string("usage: quillora ") + usage);
+  if (!SubcommandWords(args, sub, usage,
+                       {{"add", 0}, {"update", 0}, {"delete", 0}, {"list", 0}})) {
+    return kExitUsage;
   }
-  if (!Words(args, usage, 0)) return kExitUsage;
   const bool edits = sub != "list";
   if (edits && is_default == client_arg.has_value()) {
     return UsageError("rate " + sub + " needs either --default or --client NAME");
@@ -344,7 +342,11 @@ int RunRate(CliContext& context, Arguments& args) {
     for (const RateGroup& group : tree.groups) {
       PrintLine(group.heading);
       for (const Rate& rate : group.rates) {
-        PrintLine(u"\t" + RateLabel(rate) + u"\t" + RateTypeName(rate.type));
+        std::u16string line = u"\t";
+        line += RateLabel(rate);
+        line += u'\t';
+        line += RateTypeName(rate.type);
+        PrintLine(line);
       }
     }
     return kExitDone;
@@ -409,14 +411,8 @@ int RunValue(CliContext& context, Arguments& args) {
   const char* usage =
       "value add|delete phase|currency|custom1|custom2|custom3 TEXT | list KIND | clear "
       "KIND";
-  std::optional<std::vector<std::string>> w;
-  if (sub == "add" || sub == "delete") {
-    w = Words(args, usage, 2);
-  } else if (sub == "list" || sub == "clear") {
-    w = Words(args, usage, 1);
-  } else {
-    return UsageError(std::string("usage: quillora ") + usage);
-  }
+  const auto w = SubcommandWords(args, sub, usage,
+                                 {{"add", 2}, {"delete", 2}, {"list", 1}, {"clear", 1}});
   if (!w) return kExitUsage;
   const auto kind = ParseValueKind((*w)[0]);
   if (!kind) return UsageError("unknown list " + (*w)[0]);

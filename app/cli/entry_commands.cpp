@@ -1,8 +1,10 @@
 // Commands on single time entries: show, delete.
 #include <charconv>
 #include <cstdio>
+#include <memory>
 
 #include "app/cli/cli_commands.h"
+#include "app/cli/entry_lookup.h"
 #include "platform/text.h"
 #include "store/note_text.h"
 #include "store/time_entry.h"
@@ -10,38 +12,6 @@
 
 namespace quillora {
 namespace {
-
-// Reads a record id argument; 0 when it is not a positive number.
-ObjectId ParseRecordId(const std::string& text) {
-  unsigned long value = 0;
-  const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (ec != std::errc() || end != text.data() + text.size() || value == 0 ||
-      value > 0xFFFFFFFFul) {
-    return 0;
-  }
-  return static_cast<ObjectId>(value);
-}
-
-// Takes the one positional argument, a record id. Answers an exit status
-// other than 0 when it is missing or not a record id.
-int TakeRecordId(Arguments& args, ObjectId* id) {
-  const auto words = args.Positionals();
-  if (!args.error().empty()) return UsageError(args.error());
-  if (words.size() != 1) return UsageError("expected one record id");
-  *id = ParseRecordId(words[0]);
-  if (*id == 0) return UsageError("not a record id: " + words[0]);
-  return kExitDone;
-}
-
-// Reads the entry with record id `id`, leaving the store on its record.
-int LoadEntry(CliContext& context, EntryStore& store, ObjectId id, TimeEntry* entry) {
-  if (!store.Open()) return context.Fail(u"Unable to load database.");
-  if (store.Seek(SeekType::kObjectId, id) != id || ReadEntry(store, entry) != 0) {
-    return context.Fail(u"There is no time entry with record id " +
-                        WidenAscii(std::to_string(id)) + u".");
-  }
-  return kExitDone;
-}
 
 // The amount as the shortest text that reads back as the same double.
 std::string AmountText(double amount) {
@@ -63,13 +33,20 @@ std::string EscapeNote(const std::u16string& text) {
   return out;
 }
 
-int Show(CliContext& context, Arguments& args) {
+// Reads the entry of the record id argument, leaving `store` on it.
+int TakeEntry(CliContext& context, Arguments& args, std::unique_ptr<EntryStore>* store,
+              TimeEntry* entry) {
   ObjectId id = 0;
   if (const int status = TakeRecordId(args, &id)) return status;
   if (!context.OpenData()) return kExitFailed;
-  EntryStore store(*context.data.volume);
+  *store = std::make_unique<EntryStore>(*context.data.volume);
+  return LoadEntryById(context, **store, id, entry);
+}
+
+int Show(CliContext& context, Arguments& args) {
+  std::unique_ptr<EntryStore> store;
   TimeEntry e;
-  if (const int status = LoadEntry(context, store, id, &e)) return status;
+  if (const int status = TakeEntry(context, args, &store, &e)) return status;
   SystemTime start;
   FileTimeToSystemTime(e.start, &start);
   const std::u16string note = NoteBlobToText(e.note.data(), e.note.size());
@@ -87,18 +64,15 @@ int Show(CliContext& context, Arguments& args) {
 }
 
 int Delete(CliContext& context, Arguments& args) {
-  ObjectId id = 0;
-  if (const int status = TakeRecordId(args, &id)) return status;
-  if (!context.OpenData()) return kExitFailed;
-  EntryStore store(*context.data.volume);
+  std::unique_ptr<EntryStore> store;
   TimeEntry e;
-  if (const int status = LoadEntry(context, store, id, &e)) return status;
+  if (const int status = TakeEntry(context, args, &store, &e)) return status;
   if (context.prompt->Ask(u"Quillora", u"Are you sure to permanently delete this item?",
                           MessageIcon::kWarning, QuestionButtons::kYesNo,
                           Answer::kNo) != Answer::kYes) {
     return kExitFailed;
   }
-  if (!DeleteEntry(store, e)) return context.Fail(u"Unable to delete the time entry.");
+  if (!DeleteEntry(*store, e)) return context.Fail(u"Unable to delete the time entry.");
   return kExitDone;
 }
 

@@ -2,12 +2,13 @@
 // edit, copy. Each option stands for one field of the editor's pages and is
 // set as the user would set it there; saving runs the editor's checks in its
 // order and grows the catalogue as the editor does.
-#include <charconv>
 #include <cstdio>
 #include <optional>
 #include <string>
 
 #include "app/cli/cli_commands.h"
+#include "app/cli/entry_lookup.h"
+#include "app/cli/period_options.h"
 #include "platform/file.h"
 #include "platform/text.h"
 #include "store/rates.h"
@@ -17,23 +18,6 @@
 
 namespace quillora {
 namespace {
-
-// Reads a record id argument; 0 when it is not a positive number.
-ObjectId ParseId(const std::string& text) {
-  unsigned long value = 0;
-  const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (ec != std::errc() || end != text.data() + text.size() || value == 0 ||
-      value > 0xFFFFFFFFul) {
-    return 0;
-  }
-  return static_cast<ObjectId>(value);
-}
-
-// "YYYY-MM-DD" only.
-std::optional<SystemTime> ParseDate(const std::string& text) {
-  if (text.size() != 10) return std::nullopt;
-  return ParseIsoDateTime(text);
-}
 
 // "HH:MM", 24-hour.
 std::optional<SystemTime> ParseTime(const std::string& text) {
@@ -135,7 +119,7 @@ std::optional<bool> TakeSwitch(Arguments& args, const std::string& name) {
 
 void TakeFields(Arguments& args, FieldOptions* f) {
   if (const auto v = args.Value("--date")) {
-    f->date = ParseDate(*v);
+    f->date = ParseCommandLineDate(*v);
     if (!f->date) args.Fail("not a date (YYYY-MM-DD): " + *v);
   }
   if (const auto v = args.Value("--start")) {
@@ -236,26 +220,6 @@ int EditAndSave(CliContext& context, EntryStore& store, const TimeEntry& entry,
   return kExitDone;
 }
 
-// Reads the entry `id`; a message and exit 1 when there is none.
-int LoadEntryById(CliContext& context, EntryStore& store, ObjectId id, TimeEntry* entry) {
-  if (!store.Open()) return context.Fail(u"Unable to load database.");
-  if (store.Seek(SeekType::kObjectId, id) != id || ReadEntry(store, entry) != 0) {
-    return context.Fail(u"There is no time entry with record id " +
-                        WidenAscii(std::to_string(id)) + u".");
-  }
-  return kExitDone;
-}
-
-// Takes the one record id of edit and copy.
-int TakeId(Arguments& args, ObjectId* id) {
-  const auto words = args.Positionals();
-  if (!args.error().empty()) return UsageError(args.error());
-  if (words.size() != 1) return UsageError("expected one record id");
-  *id = ParseId(words[0]);
-  if (*id == 0) return UsageError("not a record id: " + words[0]);
-  return kExitDone;
-}
-
 int Add(CliContext& context, Arguments& args) {
   FieldOptions fields;
   TakeFields(args, &fields);
@@ -275,7 +239,7 @@ int Edit(CliContext& context, Arguments& args) {
   FieldOptions fields;
   TakeFields(args, &fields);
   ObjectId id = 0;
-  if (const int status = TakeId(args, &id)) return status;
+  if (const int status = TakeRecordId(args, &id)) return status;
   if (!context.OpenCatalogue()) return kExitFailed;
   EntryStore store(*context.data.volume);
   TimeEntry entry;
@@ -290,13 +254,13 @@ int Copy(CliContext& context, Arguments& args) {
   const auto duration = args.Value("--duration");
   std::optional<SystemTime> end_date;
   if (until) {
-    end_date = ParseDate(*until);
+    end_date = ParseCommandLineDate(*until);
     if (!end_date) args.Fail("not a date (YYYY-MM-DD): " + *until);
   }
   if (rest_of_week == until.has_value())
     args.Fail("give one of --rest-of-week and --until");
   ObjectId id = 0;
-  if (const int status = TakeId(args, &id)) return status;
+  if (const int status = TakeRecordId(args, &id)) return status;
   if (!context.OpenData()) return kExitFailed;
   EntryStore store(*context.data.volume);
   TimeEntry source;

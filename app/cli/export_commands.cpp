@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "app/cli/cli_commands.h"
-#include "app/cli/export_range_options.h"
+#include "app/cli/period_options.h"
 #include "interchange/export_command.h"
 #include "periods/entry_filter.h"
 #include "platform/file.h"
@@ -14,9 +14,7 @@ namespace quillora {
 namespace {
 
 int Export(CliContext& context, Arguments& args) {
-  ExportRangeOptions range_options;
-  std::string error;
-  if (!TakeExportRangeOptions(args, &range_options, &error)) return UsageError(error);
+  const PeriodOptions options = TakePeriodOptions(args, true);
   std::vector<std::string> words = args.Positionals();
   if (!args.error().empty()) return UsageError(args.error());
   if (words.empty() || (words[0] != "csv" && words[0] != "xml")) {
@@ -24,7 +22,6 @@ int Export(CliContext& context, Arguments& args) {
   }
   const ExportFormat format = words[0] == "csv" ? ExportFormat::kCsv : ExportFormat::kXml;
   words.erase(words.begin());
-  TakeExportPeriodDate(&range_options, &words);
   if (words.size() != 1) return UsageError("export takes one file");
 
   if (!context.OpenData()) return kExitFailed;
@@ -35,7 +32,7 @@ int Export(CliContext& context, Arguments& args) {
     return context.Fail(u"The filter could not be read.");
   }
   const PeriodRange range =
-      ResolveExportRange(range_options, context.data.settings, *context.clock);
+      ChosenPeriod(options, context.data.settings, *context.clock)->GetRange();
   ExportSources sources{entries, context.data.settings, context.locale(),
                         FileSystem::Posix()};
   // The file is what the save chooser answers; an existing one is replaced

@@ -79,12 +79,11 @@ bool ResolveList(CliContext& context, ListKind kind, const ListArguments& a,
   return true;
 }
 
-// import KIND [--client NAME] [--project NAME] FILE
-
-int RunImport(CliContext& context, Arguments& args) {
-  const char* usage =
-      "import clients FILE | projects --client NAME FILE | tasks --client NAME "
-      "[--project NAME] FILE | contacts --client NAME FILE";
+// Reads KIND [--client NAME] [--project NAME] FILE (the command's other
+// options already taken), checks them and finds the list in the opened
+// catalogue; an exit status other than 0 after showing why not.
+int TakeList(CliContext& context, Arguments& args, const char* usage,
+             CatalogueList* list, std::string* file) {
   ListArguments a;
   a.client = args.Value("--client");
   a.project = args.Value("--project");
@@ -97,9 +96,21 @@ int RunImport(CliContext& context, Arguments& args) {
   if (const std::string bad = CheckListOptions(*kind, a); !bad.empty()) {
     return UsageError(bad);
   }
+  if (!ResolveList(context, *kind, a, list)) return kExitFailed;
+  *file = words[1];
+  return kExitDone;
+}
+
+// import KIND [--client NAME] [--project NAME] FILE
+
+int RunImport(CliContext& context, Arguments& args) {
+  const char* usage =
+      "import clients FILE | projects --client NAME FILE | tasks --client NAME "
+      "[--project NAME] FILE | contacts --client NAME FILE";
   CatalogueList list;
-  if (!ResolveList(context, *kind, a, &list)) return kExitFailed;
-  context.prompt->SetFile(words[1]);
+  std::string file;
+  if (const int status = TakeList(context, args, usage, &list, &file)) return status;
+  context.prompt->SetFile(file);
   const ListFileOutcome outcome =
       RunListImport(*context.data.catalogue, context.locale(), FileSystem::Posix(),
                     *context.prompt, list);
@@ -113,22 +124,11 @@ int RunExportList(CliContext& context, Arguments& args) {
       "export-list clients | projects --client NAME | tasks --client NAME [--project "
       "NAME] "
       "| contacts --client NAME  [--unicode] FILE";
-  ListArguments a;
-  a.client = args.Value("--client");
-  a.project = args.Value("--project");
   const bool unicode = args.Flag("--unicode");
-  const std::vector<std::string> words = args.Positionals();
-  if (!args.error().empty()) return UsageError(args.error());
-  if (words.size() != 2) return Usage(usage);
-  a.kind_word = words[0];
-  const std::optional<ListKind> kind = ParseListKind(a.kind_word);
-  if (!kind) return Usage(usage);
-  if (const std::string bad = CheckListOptions(*kind, a); !bad.empty()) {
-    return UsageError(bad);
-  }
   CatalogueList list;
-  if (!ResolveList(context, *kind, a, &list)) return kExitFailed;
-  context.prompt->SetFile(words[1]);
+  std::string file;
+  if (const int status = TakeList(context, args, usage, &list, &file)) return status;
+  context.prompt->SetFile(file);
   const ListFileOutcome outcome = RunListExport(
       *context.data.catalogue, context.locale(), FileSystem::Posix(), *context.prompt,
       list, unicode ? ListFileFormat::kUnicode : ListFileFormat::kAnsi);

@@ -17,8 +17,7 @@ constexpr KindOption kKindOptions[] = {
 
 // A calendar date of YYYY-MM-DD; a usage error in `args` otherwise.
 std::optional<SystemTime> TakeDate(Arguments& args, const std::string& word) {
-  std::optional<SystemTime> date;
-  if (LooksLikeDate(word)) date = ParseIsoDateTime(word);
+  const std::optional<SystemTime> date = ParseCommandLineDate(word);
   if (!date) args.Fail("not a date (YYYY-MM-DD): " + word);
   return date;
 }
@@ -32,6 +31,15 @@ bool LooksLikeDate(const std::string& word) {
       return false;
   }
   return true;
+}
+
+std::optional<SystemTime> ParseCommandLineDate(const std::string& word) {
+  if (!LooksLikeDate(word)) return std::nullopt;
+  return ParseIsoDateTime(word);
+}
+
+PeriodRange WholeDays(const SystemTime& from, const SystemTime& to) {
+  return {DateOnly(from), MakeSystemTime(to.year, to.month, to.day, 23, 59, 59)};
 }
 
 PeriodOptions TakePeriodOptions(Arguments& args, bool allow_from_to) {

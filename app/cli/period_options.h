@@ -35,6 +35,13 @@ inline constexpr char kPeriodOptionsUsage[] =
 // so that `export csv --week out.csv` keeps out.csv as the file.
 bool LooksLikeDate(const std::string& word);
 
+// A word of the shape YYYY-MM-DD that is a real date, as that date at
+// midnight; nothing otherwise.
+std::optional<SystemTime> ParseCommandLineDate(const std::string& word);
+
+// --from DATE --to DATE: DATE 00:00:00 to DATE 23:59:59.
+PeriodRange WholeDays(const SystemTime& from, const SystemTime& to);
+
 // Takes the period options out of `args`. `allow_from_to` also takes --from
 // DATE --to DATE (otherwise they stay behind and Positionals() refuses them).
 // More than one period, a date that is not a real date, or --from without
@@ -44,8 +51,9 @@ PeriodOptions TakePeriodOptions(Arguments& args, bool allow_from_to);
 // The period the options choose, at `clock`'s today where no DATE was given,
 // with the week start from the settings. --custom FROM TO and --from/--to
 // give the custom period from FROM 00:00:00 to TO 23:59:59 (empty when TO is
-// before FROM). Views list Period::GetViewRange(); exports, reports and
-// archives take Period::GetRange().
+// before FROM). What the view lists (list, summary, mark-paid) is
+// Period::GetViewRange(); export, report and archive take Period::GetRange(),
+// the range their dialogs are prefilled with (docs/cli.md).
 std::unique_ptr<Period> ChosenPeriod(const PeriodOptions& options,
                                      const Settings& settings, const Clock& clock);
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/cli/cli_commands.h"
+#include "app/cli/period_options.h"
 #include "periods/entry_filter.h"
 #include "periods/periods.h"
 #include "platform/file.h"
@@ -17,81 +18,6 @@
 
 namespace quillora {
 namespace {
-
-// --- The range of a report ---
-//
-// This command's own reading of the period options; the other range-taking
-// commands read the same options the same way.
-
-struct ReportRangeOptions {
-  std::optional<PeriodKind> kind;  // nothing: the "View" setting's kind
-  SystemTime date;                 // the day the period is taken at
-  bool date_given = false;
-  std::optional<PeriodRange> fixed;  // --custom or --from/--to
-};
-
-std::optional<SystemTime> ParseCliDate(const std::string& text) {
-  if (text.size() != 10) return std::nullopt;
-  return ParseIsoDateTime(text);
-}
-
-// Takes "--NAME [DATE]": the DATE only when the word behind the option is a
-// date, so that "--week FILE" leaves FILE where it stands.
-bool TakeOptionalDate(Arguments& args, const std::string& name, ReportRangeOptions* out,
-                      PeriodKind kind, int* count) {
-  Arguments probe = args;
-  const auto value = probe.Value(name);
-  if (!value && probe.error().empty()) return true;  // not given
-  ++*count;
-  out->kind = kind;
-  if (value) {
-    if (const auto date = ParseCliDate(*value)) {
-      args.Value(name);
-      out->date = *date;
-      out->date_given = true;
-      return true;
-    }
-  }
-  args.Flag(name);
-  return true;
-}
-
-// Reads the period options; a usage error is returned as its message.
-std::string TakeReportRange(Arguments& args, ReportRangeOptions* out) {
-  int count = 0;
-  TakeOptionalDate(args, "--day", out, PeriodKind::kDay, &count);
-  TakeOptionalDate(args, "--week", out, PeriodKind::kWeek, &count);
-  TakeOptionalDate(args, "--month", out, PeriodKind::kMonth, &count);
-  if (auto custom = args.Values("--custom", 2)) {
-    ++count;
-    const auto from = ParseCliDate((*custom)[0]);
-    const auto to = ParseCliDate((*custom)[1]);
-    if (!from || !to) return "--custom takes two dates YYYY-MM-DD";
-    out->fixed = CustomPeriod(*from, *to).GetRange();
-  }
-  const auto from = args.Value("--from");
-  const auto to = args.Value("--to");
-  if (from || to) {
-    ++count;
-    if (!from || !to) return "--from and --to go together";
-    const auto start = ParseCliDate(*from);
-    const auto end = ParseCliDate(*to);
-    if (!start || !end) return "--from and --to take dates YYYY-MM-DD";
-    out->fixed = PeriodRange{DateOnly(*start),
-                             MakeSystemTime(end->year, end->month, end->day, 23, 59, 59)};
-  }
-  if (count > 1) return "give one period only";
-  return {};
-}
-
-PeriodRange ResolveReportRange(const ReportRangeOptions& options,
-                               const Settings& settings, const Clock& clock) {
-  if (options.fixed) return *options.fixed;
-  const SystemTime date = options.date_given ? options.date : DateOnly(clock.LocalNow());
-  const PeriodKind kind =
-      options.kind ? *options.kind : PeriodKindFromView(settings.view);
-  return MakePeriod(kind, date, settings)->GetRange();
-}
 
 // --- Shared ---
 
@@ -160,9 +86,7 @@ int SaveDefaultReport(CliContext& context, const std::u16string& before) {
 // --- report ---
 
 int RunReport(CliContext& context, Arguments& args) {
-  ReportRangeOptions range_options;
-  const std::string range_error = TakeReportRange(args, &range_options);
-  if (!range_error.empty()) return UsageError(range_error);
+  const PeriodOptions options = TakePeriodOptions(args, true);
   const auto words = args.Positionals();
   if (!args.error().empty()) return UsageError(args.error());
   if (words.empty() || words.size() > 2) return UsageError("report takes [NAME] FILE");
@@ -196,7 +120,7 @@ int RunReport(CliContext& context, Arguments& args) {
   if (!entries.Open()) return context.Fail(u"Unable to load database.");
   HtmlReportRequest request;
   request.definition = report.definition;
-  request.range = ResolveReportRange(range_options, settings, *context.clock);
+  request.range = ChosenPeriod(options, settings, *context.clock)->GetRange();
   request.today = DateOnly(context.clock->LocalNow());
   // The saved entry filter, and the range's days checked again by it.
   LoadFilter(*context.data.registry, &request.criteria);
