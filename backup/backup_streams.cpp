@@ -51,7 +51,7 @@ bool StreamParser::Flag(bool* value) {
 
 bool StreamParser::Time(FileTime* value) {
   if (remaining() < 8) return false;
-  std::uint32_t low, high;
+  std::uint32_t low = 0, high = 0;
   U32(&low);
   U32(&high);
   *value = (static_cast<FileTime>(high) << 32) | low;
