@@ -43,7 +43,10 @@ bool RecordStore::OpenDatabase(const std::u16string& name, PropId sort_prop,
 
 bool RecordStore::Open(std::uint32_t flags, const NotificationRequest* request) {
   LoadName();
-  if (!Exists(name_) && !Create()) return false;
+  // Another process may create the database between the check and the
+  // create (two command lines on a new data folder): its database is the
+  // one to open.
+  if (!Exists(name_) && !Create() && !Exists(name_)) return false;
   return OpenDatabase(name_, OpenSortProperty(), flags, request);
 }
 
