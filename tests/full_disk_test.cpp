@@ -144,7 +144,7 @@ TEST_F(FullDiskTest, EveryFileWriterReportsAFullDiskAndChangesNoStore) {
 TEST_F(FullDiskTest, TheStoreOnAFillingDiskFailsCleanlyAndKeepsWhatItHad) {
   const std::string data = disk_ + "/data";
   ASSERT_EQ(RunQuillora(data, {"client", "add", "Acme"}).status, 0);
-  Fill(disk_, 64 * 1024);
+  Fill(disk_, 256 * 1024);
   std::set<std::string> printed;
   std::string failure;
   for (int i = 0; i < 200 && failure.empty(); ++i) {
