@@ -13,9 +13,11 @@ bool RecordStore::Exists(const std::u16string& name) {
   const std::u16string& wanted = name.empty() ? name_ : name;
   auto search = volume_.FindFirstDatabase(0);
   if (!search) return false;
+  // By name only: the full information would count every database's records
+  // and make each open cost a pass over the whole volume.
   for (ObjectId id = search->Next(); id != 0; id = search->Next()) {
-    DatabaseInfo info;
-    if (volume_.GetDatabaseInfo(id, &info) && info.name == wanted) return true;
+    std::u16string found;
+    if (volume_.GetDatabaseName(id, &found) && found == wanted) return true;
   }
   return false;
 }
