@@ -108,7 +108,8 @@ void WriteOnly(std::u16string_view input) {
         out += c;
       }
     }
-    if (name && out.empty()) out = u"n";
+    // push_back, not `= u"n"`: gcc 12 -O2 takes that for an overlapping copy.
+    if (name && out.empty()) out.push_back(u'n');
     return out;
   };
   doc.AddElement(take(true), take(false));

@@ -36,9 +36,9 @@ ObjectId DeviceContactsSource::FindDatabase() const {
   const std::u16string wanted = DatabaseName();
   std::unique_ptr<DatabaseSearch> search = volume_.FindFirstDatabase(0);
   if (!search) return 0;
-  DatabaseInfo info;
+  std::u16string name;
   for (ObjectId id = search->Next(); id != 0; id = search->Next()) {
-    if (volume_.GetDatabaseInfo(id, &info) && info.name == wanted) return id;
+    if (volume_.GetDatabaseName(id, &name) && name == wanted) return id;
   }
   return 0;
 }

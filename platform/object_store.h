@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/error_codes.h"
@@ -198,6 +199,14 @@ class ObjectStore {
   // cannot begin.
   virtual std::unique_ptr<DatabaseSearch> FindFirstDatabase(std::uint32_t type) = 0;
   virtual bool GetDatabaseInfo(ObjectId id, DatabaseInfo* info) = 0;
+  // The name of a database alone: what a search by name needs, without the
+  // record count that GetDatabaseInfo pays for with a pass over the records.
+  virtual bool GetDatabaseName(ObjectId id, std::u16string* name) {
+    DatabaseInfo info;
+    if (!GetDatabaseInfo(id, &info)) return false;
+    *name = std::move(info.name);
+    return true;
+  }
   // Creates a database; its object id, or 0 (duplicate name: 52; bad name or
   // more than four sort orders: 87).
   virtual ObjectId CreateDatabase(const DatabaseInfo& info) = 0;

@@ -245,6 +245,7 @@ class SqliteObjectStore : public ObjectStore {
 
   std::unique_ptr<DatabaseSearch> FindFirstDatabase(std::uint32_t type) override;
   bool GetDatabaseInfo(ObjectId id, DatabaseInfo* info) override;
+  bool GetDatabaseName(ObjectId id, std::u16string* name) override;
   ObjectId CreateDatabase(const DatabaseInfo& info) override;
   std::unique_ptr<DatabaseHandle> OpenDatabase(ObjectId* id, const std::u16string& name,
                                                PropId sort_prop, std::uint32_t flags,
@@ -419,6 +420,23 @@ std::vector<SortOrder> DecodeSortOrders(const std::string& bytes) {
 
 }  // namespace
 
+bool SqliteObjectStore::GetDatabaseName(ObjectId id, std::u16string* name) {
+  Statement st = Prepare("SELECT name FROM databases WHERE oid = ?1");
+  if (!st.ok()) {
+    g_last_error = kErrorInternal;
+    return false;
+  }
+  st.Bind(1, id);
+  const int rc = st.Step();
+  if (rc != SQLITE_ROW) {
+    g_last_error = rc == SQLITE_DONE ? kErrorInvalidParameter : SqliteError("info", rc);
+    return false;
+  }
+  *name = DecodeName(st.Blob(0));
+  g_last_error = kErrorSuccess;
+  return true;
+}
+
 bool SqliteObjectStore::GetDatabaseInfo(ObjectId id, DatabaseInfo* info) {
   Statement st = Prepare(
       "SELECT name, type, sort_orders, (SELECT count(*) FROM records WHERE db = ?1)"
@@ -498,10 +516,21 @@ bool SqliteObjectStore::SortOrdersOf(ObjectId db, std::vector<SortOrder>* orders
     *orders = it->second;
     return true;
   }
-  DatabaseInfo info;
-  if (!GetDatabaseInfo(db, &info)) return false;
-  sort_cache_[db] = info.sort_orders;
-  *orders = info.sort_orders;
+  // The sort orders alone: GetDatabaseInfo would also count the records,
+  // a pass over the whole database on every open.
+  Statement st = Prepare("SELECT sort_orders FROM databases WHERE oid = ?1");
+  if (!st.ok()) {
+    g_last_error = kErrorInternal;
+    return false;
+  }
+  st.Bind(1, db);
+  const int rc = st.Step();
+  if (rc != SQLITE_ROW) {
+    g_last_error = rc == SQLITE_DONE ? kErrorInvalidParameter : SqliteError("info", rc);
+    return false;
+  }
+  *orders = DecodeSortOrders(st.Blob(0));
+  sort_cache_[db] = *orders;
   return true;
 }
 

@@ -56,16 +56,23 @@ bool SeedCounter(AuxStore& aux, ClientId value) {
 bool ClientStore::Open(std::uint32_t flags, const NotificationRequest* request) {
   LoadName();
   const bool existed = Exists(name_);
-  if (!existed && !Create()) return false;
+  // Another process may have created it since the check: then it is there.
+  if (!existed && !Create() && !Exists(name_)) return false;
   // A data store of an older version kept the counter in the registry; its
   // value is carried into "Quillora Data 2" once, when the counter is missing.
+  // Checked and seeded in one transaction, so that two processes opening a
+  // new folder at once seed one counter, not two.
   AuxStore aux(volume_);
-  if (aux.Open() && !HasCounter(aux)) {
-    if (!existed) {
-      SeedCounter(aux, 1);
-    } else if (registry_ != nullptr) {
-      SeedCounter(aux, ReadNextClientSeed(*registry_));
+  if (aux.Open()) {
+    const bool batch = volume_.BeginBatch();
+    if (!HasCounter(aux)) {
+      if (!existed) {
+        SeedCounter(aux, 1);
+      } else if (registry_ != nullptr) {
+        SeedCounter(aux, ReadNextClientSeed(*registry_));
+      }
     }
+    if (batch) volume_.CommitBatch();
   }
   return OpenDatabase(name_, kPropClientName, flags, request);
 }

@@ -13,9 +13,11 @@ bool RecordStore::Exists(const std::u16string& name) {
   const std::u16string& wanted = name.empty() ? name_ : name;
   auto search = volume_.FindFirstDatabase(0);
   if (!search) return false;
+  // By name only: the full information would count every database's records
+  // and make each open cost a pass over the whole volume.
   for (ObjectId id = search->Next(); id != 0; id = search->Next()) {
-    DatabaseInfo info;
-    if (volume_.GetDatabaseInfo(id, &info) && info.name == wanted) return true;
+    std::u16string found;
+    if (volume_.GetDatabaseName(id, &found) && found == wanted) return true;
   }
   return false;
 }
@@ -43,7 +45,10 @@ bool RecordStore::OpenDatabase(const std::u16string& name, PropId sort_prop,
 
 bool RecordStore::Open(std::uint32_t flags, const NotificationRequest* request) {
   LoadName();
-  if (!Exists(name_) && !Create()) return false;
+  // Another process may create the database between the check and the
+  // create (two command lines on a new data folder): its database is the
+  // one to open.
+  if (!Exists(name_) && !Create() && !Exists(name_)) return false;
   return OpenDatabase(name_, OpenSortProperty(), flags, request);
 }
 

@@ -1,5 +1,6 @@
 #include "app/gui/single_instance.h"
 
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +11,23 @@ namespace quillora {
 namespace {
 
 constexpr int kTimeoutMs = 2000;
+
+// True when the socket file is ours: a socket in a shared folder such as /tmp
+// could have been put there by someone else to catch our command lines.
+bool OwnedByUs(const QString& path) {
+  struct stat st {};
+  return ::lstat(path.toLocal8Bit().constData(), &st) == 0 && S_ISSOCK(st.st_mode) &&
+         st.st_uid == ::getuid();
+}
+
+// True when the process at the other end of a connection runs as this user.
+bool PeerIsUs(const QLocalSocket& socket) {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  return ::getsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_PEERCRED,
+                      &peer, &size) == 0 &&
+         peer.uid == ::getuid();
+}
 
 QString DefaultSocketPath() {
   const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
@@ -28,9 +46,10 @@ SingleInstance::SingleInstance(QString socket_path, QObject* parent)
 }
 
 bool SingleInstance::HandOver(const QStringList& arguments) {
+  if (!OwnedByUs(socket_path_)) return false;
   QLocalSocket socket;
   socket.connectToServer(socket_path_);
-  if (!socket.waitForConnected(kTimeoutMs)) return false;
+  if (!socket.waitForConnected(kTimeoutMs) || !PeerIsUs(socket)) return false;
   // The words joined by NUL characters, UTF-8; an empty message only asks the
   // running copy to come forward.
   socket.write(arguments.join(QChar(0)).toUtf8());
@@ -46,6 +65,8 @@ bool SingleInstance::Listen() {
   server_.setSocketOptions(QLocalServer::UserAccessOption);
   if (!server_.listen(socket_path_)) {
     // A socket left by a copy that crashed: nobody answers it.
+    // A socket of another user is never taken for ours nor removed.
+    if (!OwnedByUs(socket_path_)) return false;
     QLocalSocket probe;
     probe.connectToServer(socket_path_);
     if (probe.waitForConnected(200)) return false;
@@ -58,6 +79,12 @@ bool SingleInstance::Listen() {
 
 void SingleInstance::Accept() {
   while (QLocalSocket* socket = server_.nextPendingConnection()) {
+    // Only this user's own copies may hand over a command line.
+    if (!PeerIsUs(*socket)) {
+      socket->abort();
+      socket->deleteLater();
+      continue;
+    }
     connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
     auto deliver = [this, socket] {
       const QString text = QString::fromUtf8(socket->readAll());
