@@ -1,5 +1,7 @@
 #include "periods/period_entries.h"
 
+#include <algorithm>
+
 namespace quillora {
 
 bool WalkPeriodEntries(EntryStore& store, const PeriodRange& range,
@@ -43,6 +45,20 @@ bool ListPeriodEntryIds(EntryStore& store, const PeriodRange& range,
     ids->push_back(entry.recordId);
     return true;
   });
+}
+
+void SortEntries(std::uint32_t sort, const Locale& locale, std::vector<TimeEntry>* entries) {
+  std::u16string TimeEntry::*field = nullptr;
+  switch (sort) {
+    case 1: field = &TimeEntry::client; break;
+    case 2: field = &TimeEntry::project; break;
+    case 3: field = &TimeEntry::task; break;
+    default: return;
+  }
+  std::stable_sort(entries->begin(), entries->end(),
+                   [&](const TimeEntry& a, const TimeEntry& b) {
+                     return locale.Compare(a.*field, b.*field) < 0;
+                   });
 }
 
 }  // namespace quillora

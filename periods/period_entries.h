@@ -42,6 +42,12 @@ bool ListPeriodEntryIds(EntryStore& store, const PeriodRange& range,
                         const EntryFilter& filter, const Locale& locale,
                         std::vector<ObjectId>* ids);
 
+// The order of the views' lists, by the "Sort" setting: 0 (and any value
+// without a meaning) keeps the store's order, by date and start; 1 orders by
+// client, 2 by project, 3 by task, each by the locale comparison and keeping
+// the store's order among equal names.
+void SortEntries(std::uint32_t sort, const Locale& locale, std::vector<TimeEntry>* entries);
+
 }  // namespace quillora
 
 #endif  // QUILLORA_PERIODS_PERIOD_ENTRIES_H_

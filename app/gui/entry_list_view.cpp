@@ -29,6 +29,12 @@ int EntryListModel::RowOf(ObjectId record_id) const {
   return -1;
 }
 
+EntryListItem EntryListModel::ItemAt(int row) const {
+  EntryListItem item = BuildEntryListItem(EntryAt(row), settings_, locale_);
+  if (settings_.list_style == 1 && item.lines.size() > 2) item.lines.resize(2);
+  return item;
+}
+
 int EntryListModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(entries_.size());
 }
@@ -39,7 +45,7 @@ QVariant EntryListModel::data(const QModelIndex& index, int role) const {
   if (role == kRecordIdRole) return QVariant::fromValue(entry.recordId);
   if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole) {
     QStringList lines;
-    for (const auto& line : BuildEntryListItem(entry, settings_, locale_).lines) {
+    for (const auto& line : ItemAt(index.row()).lines) {
       lines << Q(line);
     }
     return lines.join('\n');
@@ -71,8 +77,7 @@ QPixmap EntryItemDelegate::StatusIcon(int status) {
 
 QSize EntryItemDelegate::sizeHint(const QStyleOptionViewItem& option,
                                   const QModelIndex& index) const {
-  const TimeEntry& entry = model_->EntryAt(index.row());
-  const auto item = BuildEntryListItem(entry, model_->settings(), model_->locale());
+  const auto item = model_->ItemAt(index.row());
   const int text_height = option.fontMetrics.height();
   // The width is the view's: items never reach past its right edge.
   return QSize(1, static_cast<int>(item.lines.size()) * text_height + 4);
@@ -80,8 +85,7 @@ QSize EntryItemDelegate::sizeHint(const QStyleOptionViewItem& option,
 
 void EntryItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const {
-  const TimeEntry& entry = model_->EntryAt(index.row());
-  const EntryListItem item = BuildEntryListItem(entry, model_->settings(), model_->locale());
+  const EntryListItem item = model_->ItemAt(index.row());
   const QRect r = option.rect;
   const bool selected = option.state & QStyle::State_Selected;
   const QPalette& pal = option.palette;

@@ -9,6 +9,7 @@
 #include <QStyledItemDelegate>
 #include <vector>
 
+#include "periods/entry_list_item.h"
 #include "platform/locale.h"
 #include "store/settings.h"
 #include "store/time_entry.h"
@@ -28,6 +29,9 @@ class EntryListModel : public QAbstractListModel {
   void SetEntries(std::vector<TimeEntry> entries);
   const TimeEntry& EntryAt(int row) const { return entries_[static_cast<std::size_t>(row)]; }
   int RowOf(ObjectId record_id) const;
+  // The item of a row as the list draws it: all its lines, or with the
+  // "ListStyle" setting 1 (compact) only the date and time line and the task.
+  EntryListItem ItemAt(int row) const;
   const Settings& settings() const { return settings_; }
   const Locale& locale() const { return locale_; }
 

@@ -18,6 +18,7 @@
 #include "app/gui/backup_dialogs.h"
 #include "app/gui/data_commands.h"
 #include "app/gui/entry_commands.h"
+#include "periods/period_entries.h"
 #include "store/string_table.h"
 #include "store/time_entry.h"
 
@@ -219,19 +220,13 @@ void MainWindow::PollExternalChanges() {
 void MainWindow::Reload() {
   if (!entries_ || !period_) return;
   const ObjectId selected = SelectedRecordId();
-  const PeriodRange range = period_->GetViewRange();
-  FileTime start = 0, end = 0;
   std::vector<TimeEntry> shown;
-  if (RangeToFileTimes(range, &start, &end)) {
-    // Entries stamped at the very start of the period belong to it.
-    TimeEntry entry;
-    entries_->SeekValue(SeekType::kValueGreaterOrEqual,
-                        PropValue::Number(entry_prop::kStart, start));
-    while (ReadEntry(*entries_, &entry) == 0 && entry.start <= end) {
-      if (Matches(filter_, entry, *data_.locale)) shown.push_back(entry);
-      entries_->Seek(SeekType::kCurrent, 1);
-    }
-  }
+  WalkPeriodEntries(*entries_, period_->GetViewRange(), filter_, *data_.locale,
+                    [&shown](const TimeEntry& entry) {
+                      shown.push_back(entry);
+                      return true;
+                    });
+  SortEntries(data_.settings.sort, *data_.locale, &shown);
   model_->SetEntries(std::move(shown));
   const WeekPeriod* week = dynamic_cast<const WeekPeriod*>(period_.get());
   period_bar_->SetCaption(Q(period_->GetCaption(*data_.locale)),

@@ -156,6 +156,30 @@ class MainWindowTest : public QObject {
     QCOMPARE(device.engine.colours.first(), QColor(0xFF, 0x00, 0x00));
   }
 
+  void SortAndListStyleShapeTheList() {
+    Add(At(2026, 11, 16), u"Another", false, false);
+    const auto tasks = [this] {
+      QStringList tasks;
+      auto* model = window_->entry_model();
+      for (int r = 0; r < model->rowCount(); ++r) {
+        const QString item = model->data(model->index(r), Qt::DisplayRole).toString();
+        tasks << item.section('\n', 1, 1);
+      }
+      return tasks;
+    };
+    window_->Reload();
+    QCOMPARE(tasks(), QStringList({"At the week's start", "Another", "Wednesday"}));
+    data_->settings.sort = 3;        // by task
+    data_->settings.list_style = 1;  // compact: two lines an item
+    window_->Reload();
+    QCOMPARE(tasks(), QStringList({"Another", "At the week's start", "Wednesday"}));
+    QCOMPARE(window_->entry_model()
+                 ->data(window_->entry_model()->index(0), Qt::DisplayRole)
+                 .toString()
+                 .count('\n'),
+             1);
+  }
+
   void AChangeFromAnotherProcessShowsUp() {
     std::string error;
     auto other = OpenSqliteObjectStore(dir_->File("data") + "/quillora.db", &error);
