@@ -140,12 +140,12 @@ void OpenHandedFiles(MainWindow* window, const QStringList& paths) {
     const QString suffix = QFileInfo(path).suffix().toLower();
     const bool backup = suffix == "qrd";
     if (!backup && suffix != "qra") {
-      window->prompt().ShowMessage(kAppTitle, StdText(NotADataFileText(path)),
+      window->prompt().ShowMessage(kAppTitle, FromQString(NotADataFileText(path)),
                                    MessageIcon::kExclamation);
       continue;
     }
     const QString text = backup ? RestoreOfferText(path) : ArchiveRestoreOfferText(path);
-    if (window->prompt().Ask(kAppTitle, StdText(text), MessageIcon::kQuestion,
+    if (window->prompt().Ask(kAppTitle, FromQString(text), MessageIcon::kQuestion,
                              QuestionButtons::kYesNo, Answer::kNo) != Answer::kYes) {
       continue;
     }

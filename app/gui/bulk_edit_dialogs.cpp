@@ -20,13 +20,13 @@ class DialogProgressPrompt : public ForwardingPrompt {
   DialogProgressPrompt(UserPrompt& inner, QLabel* status, QProgressBar* bar)
       : ForwardingPrompt(inner), status_(status), bar_(bar) {}
   void BeginProgress(const std::u16string& title, int total) override {
-    status_->setText(QtText(title));
+    status_->setText(ToQString(title));
     bar_->setRange(0, total);
     bar_->setValue(0);
     QApplication::processEvents();
   }
   void StepProgress(int position, const std::u16string& text) override {
-    status_->setText(QtText(text));
+    status_->setText(ToQString(text));
     bar_->setValue(position);
     bar_->repaint();
     QApplication::processEvents();
@@ -49,16 +49,16 @@ FindReplaceDialog::FindReplaceDialog(MainWindow* window)
   type_ = new QComboBox(this);
   type_->setObjectName("type");
   for (int i = 0; i < kReplaceTypeCount; ++i) {
-    type_->addItem(QtText(ReplaceTypeName(static_cast<ReplaceType>(i))));
+    type_->addItem(ToQString(ReplaceTypeName(static_cast<ReplaceType>(i))));
   }
   find_ = new QComboBox(this);
   find_->setObjectName("find");
   replace_ = new QLineEdit(this);
   replace_->setObjectName("replace");
   replace_->setMaxLength(static_cast<int>(kReplaceTextLimit));
-  form->addRow(QtText(LoadString(kIdsTypeLabel)), type_);
-  form->addRow(QtText(LoadString(kIdsFindLabel)), find_);
-  form->addRow(QtText(LoadString(kIdsReplaceWithLabel)), replace_);
+  form->addRow(ToQString(LoadString(kIdsTypeLabel)), type_);
+  form->addRow(ToQString(LoadString(kIdsFindLabel)), find_);
+  form->addRow(ToQString(LoadString(kIdsReplaceWithLabel)), replace_);
   layout->addLayout(form);
   status_ = new QLabel(this);
   status_->setObjectName("status");
@@ -91,7 +91,7 @@ void FindReplaceDialog::FillFindList() {
   for (const std::u16string& value :
        FindChoices(*catalogue, *window_->data().locale,
                    static_cast<ReplaceType>(type_->currentIndex()))) {
-    find_->addItem(QtText(value));
+    find_->addItem(ToQString(value));
   }
 }
 
@@ -101,7 +101,7 @@ void FindReplaceDialog::accept() {
                                   MessageIcon::kError);
     return;
   }
-  const std::u16string replacement = StdText(replace_->text());
+  const std::u16string replacement = FromQString(replace_->text());
   if (!ConfirmFindAndReplace(window_->prompt(), find_->currentIndex(), replacement)) {
     if (find_->currentIndex() <= 0) {
       find_->setFocus();
@@ -128,7 +128,7 @@ void FindReplaceDialog::Run() {
   counts_ = FindAndReplace(window_->entries(), *window_->data().catalogue,
                            *window_->data().locale, prompt,
                            static_cast<ReplaceType>(type_->currentIndex()),
-                           StdText(find_->currentText()), StdText(replace_->text()));
+                           FromQString(find_->currentText()), FromQString(replace_->text()));
   wait.Release();
   if (counts_.entries_failed > 0) {
     window_->prompt().ShowMessage(kAppTitle, kReplaceFailed, MessageIcon::kError);

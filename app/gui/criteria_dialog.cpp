@@ -17,7 +17,7 @@ CriteriaDialog::CriteriaDialog(Purpose purpose, const PeriodRange& initial,
                                QWidget* parent)
     : QDialog(parent), prompt_(prompt), clients_(std::move(clients)) {
   const bool archive = purpose == Purpose::kArchive;
-  setWindowTitle(archive ? QtText(kAppTitle) : tr("Delete Data"));
+  setWindowTitle(archive ? ToQString(kAppTitle) : tr("Delete Data"));
   auto* layout = new QVBoxLayout(this);
   auto* form = new QFormLayout();
   form->setRowWrapPolicy(QFormLayout::WrapLongRows);
@@ -25,33 +25,33 @@ CriteriaDialog::CriteriaDialog(Purpose purpose, const PeriodRange& initial,
   type_->setObjectName("type");
   if (archive) {
     for (int i = 0; i < kArchiveTypeCount; ++i)
-      type_->addItem(QtText(ArchiveTypeName(i)));
+      type_->addItem(ToQString(ArchiveTypeName(i)));
   } else {
     type_->addItems({tr("Date Range"), tr("Client(s)")});
   }
-  start_ = new QDateEdit(QtDate(initial.start), this);
-  end_ = new QDateEdit(QtDate(initial.end), this);
+  start_ = new QDateEdit(ToQDate(initial.start), this);
+  end_ = new QDateEdit(ToQDate(initial.end), this);
   for (QDateEdit* edit : {start_, end_}) {
     edit->setCalendarPopup(true);
     edit->setDisplayFormat("yyyy-MM-dd");
   }
   start_->setObjectName("start");
   end_->setObjectName("end");
-  form->addRow(QtText(LoadString(kIdsTypeLabel)), type_);
-  form->addRow(QtText(LoadString(kIdsStartLabel)), start_);
-  form->addRow(QtText(LoadString(kIdsEndLabel)), end_);
+  form->addRow(ToQString(LoadString(kIdsTypeLabel)), type_);
+  form->addRow(ToQString(LoadString(kIdsStartLabel)), start_);
+  form->addRow(ToQString(LoadString(kIdsEndLabel)), end_);
   layout->addLayout(form);
-  layout->addWidget(new QLabel(QtText(LoadString(kIdsClientsLabel)), this));
+  layout->addWidget(new QLabel(ToQString(LoadString(kIdsClientsLabel)), this));
   client_list_ = new QListWidget(this);
   client_list_->setObjectName("clients");
   for (const Client& client : clients_) {
-    auto* item = new QListWidgetItem(QtText(client.name), client_list_);
+    auto* item = new QListWidgetItem(ToQString(client.name), client_list_);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsUserCheckable);
     item->setCheckState(Qt::Unchecked);
   }
   layout->addWidget(client_list_, 1);
   if (archive) {
-    delete_ = new QCheckBox(QtText(LoadString(kIdsArchiveDeleteBox)), this);
+    delete_ = new QCheckBox(ToQString(LoadString(kIdsArchiveDeleteBox)), this);
     delete_->setObjectName("deleteWhenArchived");
     layout->addWidget(delete_);
   }

@@ -25,7 +25,7 @@ FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
   return ft;
 }
 
-QString Q(const std::u16string& text) { return QtText(text); }
+QString Q(const std::u16string& text) { return ToQString(text); }
 
 class DataDialogsTest : public QObject {
   Q_OBJECT
@@ -354,7 +354,7 @@ class DataDialogsTest : public QObject {
     QStringList names = {"", "Weekly", "Weekly", "Weekly"};
     dialog.ask_name = [&names](const std::u16string&) -> std::optional<std::u16string> {
       if (names.isEmpty()) return std::nullopt;
-      return StdText(names.takeFirst());
+      return FromQString(names.takeFirst());
     };
     QVERIFY(dialog.Save());  // the blank name is refused, then Weekly is saved
     QCOMPARE(Texts(), QStringList({"Please enter some text. Blank is not allowed."}));

@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "store/string_table.h"
+
 namespace quillora {
 
 PeriodRange WholeDayRange(const QDate& first, const QDate& last) {
@@ -62,6 +64,24 @@ void WaitingPrompt::Wait() {
 std::optional<std::string> HandedFilePrompt::ChooseFileToOpen(const FileChooser&) {
   Wait();
   return path_;
+}
+
+bool ReportFound(UserPrompt& prompt, SavedReportLookup lookup) {
+  switch (lookup) {
+    case SavedReportLookup::kFound:
+      return true;
+    case SavedReportLookup::kNoSavedReport:
+      prompt.ShowMessage(kAppTitle, LoadString(kIdsNoSavedReport), MessageIcon::kInformation);
+      return false;
+    case SavedReportLookup::kNotFound:
+      prompt.ShowMessage(kAppTitle, LoadString(kIdsNoSavedReportNamed),
+                         MessageIcon::kExclamation);
+      return false;
+    case SavedReportLookup::kDamaged:
+      prompt.ShowMessage(kAppTitle, LoadString(kIdsSavedReportDamaged), MessageIcon::kError);
+      return false;
+  }
+  return false;
 }
 
 }  // namespace quillora

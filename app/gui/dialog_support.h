@@ -10,20 +10,16 @@
 #include <optional>
 #include <string>
 
+#include "app/gui/qt_text.h"
 #include "periods/periods.h"
+#include "reports/report_definition.h"
 #include "platform/clock.h"
 #include "platform/user_prompt.h"
 
 namespace quillora {
 
-inline QString QtText(const std::u16string& text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
-inline std::u16string StdText(const QString& text) {
-  return std::u16string(reinterpret_cast<const char16_t*>(text.utf16()),
-                        static_cast<std::size_t>(text.size()));
-}
-inline QDate QtDate(const SystemTime& st) { return QDate(st.year, st.month, st.day); }
+// Shows why a saved report cannot be used; true when it was found.
+bool ReportFound(UserPrompt& prompt, SavedReportLookup lookup);
 
 // The whole days from `first` to `last`: 00:00:00 of the first to 23:59:59 of
 // the last.

@@ -1,4 +1,5 @@
 #include "app/gui/entry_list_view.h"
+#include "app/gui/qt_text.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -10,9 +11,6 @@ namespace {
 
 constexpr int kIconSize = 16;
 
-QString Q(const std::u16string& text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 }  // namespace
 
@@ -46,7 +44,7 @@ QVariant EntryListModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole) {
     QStringList lines;
     for (const auto& line : ItemAt(index.row()).lines) {
-      lines << Q(line);
+      lines << ToQString(line);
     }
     return lines.join('\n');
   }
@@ -108,7 +106,7 @@ void EntryItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     int low = 0, high = static_cast<int>(s.size());
     while (low < high) {
       const int mid = (low + high + 1) / 2;
-      if (fm.horizontalAdvance(Q(std::u16string(s.substr(0, static_cast<std::size_t>(mid))))) <=
+      if (fm.horizontalAdvance(ToQString(std::u16string(s.substr(0, static_cast<std::size_t>(mid))))) <=
           width) {
         low = mid;
       } else {
@@ -121,7 +119,7 @@ void EntryItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     const ItemRect& line = layout.lines[i];
     const QRect box(line.left, line.top, line.width(), line.bottom - line.top);
     painter->drawText(box, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                      Q(FitToWidth(item.lines[i], line.width(), fit)));
+                      ToQString(FitToWidth(item.lines[i], line.width(), fit)));
   }
   painter->setPen(pal.button().color().darker(110));
   painter->drawLine(layout.separator_left, layout.separator_y, layout.separator_right,

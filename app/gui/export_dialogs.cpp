@@ -22,8 +22,8 @@ ExportRangeDialog::ExportRangeDialog(const PeriodRange& initial, QWidget* parent
                           this);
   note->setWordWrap(true);
   form->addRow(note);
-  start_ = new QDateEdit(QtDate(initial.start), this);
-  end_ = new QDateEdit(QtDate(initial.end), this);
+  start_ = new QDateEdit(ToQDate(initial.start), this);
+  end_ = new QDateEdit(ToQDate(initial.end), this);
   for (QDateEdit* edit : {start_, end_}) {
     edit->setCalendarPopup(true);
     edit->setDisplayFormat("yyyy-MM-dd");

@@ -1,4 +1,5 @@
 #include "app/gui/filters_dialog.h"
+#include "app/gui/qt_text.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -14,14 +15,7 @@
 namespace quillora {
 namespace {
 
-QString Q(const std::u16string& text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
 
-std::u16string U(const QString& text) {
-  return std::u16string(reinterpret_cast<const char16_t*>(text.utf16()),
-                        static_cast<std::size_t>(text.size()));
-}
 
 void AppendValues(AuxStore& aux, ValueListKind kind, std::vector<std::u16string>* names) {
   for (const ValueItem& item : ValueList(aux, kind)) names->push_back(item.text);
@@ -56,7 +50,7 @@ FilterChoices CatalogueFilterChoices(DataContext& data) {
 
 FiltersDialog::FiltersDialog(FilterPage* page, QWidget* parent)
     : QDialog(parent), page_(page) {
-  setWindowTitle(Q(kFiltersTitle));
+  setWindowTitle(ToQString(kFiltersTitle));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
 
@@ -75,14 +69,14 @@ FiltersDialog::FiltersDialog(FilterPage* page, QWidget* parent)
     list->setObjectName(QString("filterList%1").arg(i));
     list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     list->setMinimumContentsLength(3);
-    for (const std::u16string& item : model.items) list->addItem(Q(item));
+    for (const std::u16string& item : model.items) list->addItem(ToQString(item));
     if (which != kFilterRateTypeList) {
       list->setEditable(true);
       list->setInsertPolicy(QComboBox::NoInsert);
       list->lineEdit()->setMaxLength(static_cast<int>(kFilterCriterionChars));
     }
     list->setCurrentIndex(model.selection);
-    form->addRow(Q(model.label), list);
+    form->addRow(ToQString(model.label), list);
     lists_[static_cast<std::size_t>(i)] = list;
   }
   column->addLayout(form);
@@ -91,9 +85,9 @@ FiltersDialog::FiltersDialog(FilterPage* page, QWidget* parent)
   auto* boxes = new QGridLayout;
   boxes->setHorizontalSpacing(12);
   boxes->setVerticalSpacing(2);
-  unpaid_ = new QCheckBox(Q(kFilterUnpaidBox), content);
-  paid_ = new QCheckBox(Q(kFilterPaidBox), content);
-  non_billable_ = new QCheckBox(Q(kFilterNonBillableBox), content);
+  unpaid_ = new QCheckBox(ToQString(kFilterUnpaidBox), content);
+  paid_ = new QCheckBox(ToQString(kFilterPaidBox), content);
+  non_billable_ = new QCheckBox(ToQString(kFilterNonBillableBox), content);
   unpaid_->setChecked(page_->unpaid);
   paid_->setChecked(page_->paid);
   non_billable_->setChecked(page_->non_billable);
@@ -122,7 +116,7 @@ void FiltersDialog::accept() {
     const auto which = static_cast<FilterList>(i);
     QComboBox* list = lists_[static_cast<std::size_t>(i)];
     if (list->isEditable()) {
-      page_->SelectText(which, U(list->currentText()));
+      page_->SelectText(which, FromQString(list->currentText()));
     } else {
       page_->Select(which, list->currentIndex());
     }

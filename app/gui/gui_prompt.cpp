@@ -1,4 +1,5 @@
 #include "app/gui/gui_prompt.h"
+#include "app/gui/qt_text.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -7,9 +8,6 @@
 namespace quillora {
 namespace {
 
-QString Q(const std::u16string& text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QMessageBox::Icon QtIcon(MessageIcon icon) {
   switch (icon) {
@@ -26,7 +24,7 @@ QMessageBox::Icon QtIcon(MessageIcon icon) {
 }  // namespace
 
 QString QtFileFilter(const std::u16string& device_filter) {
-  const QStringList parts = Q(device_filter).split('|', Qt::SkipEmptyParts);
+  const QStringList parts = ToQString(device_filter).split('|', Qt::SkipEmptyParts);
   QStringList filters;
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2) filters << parts[i];
   return filters.join(";;");
@@ -34,14 +32,14 @@ QString QtFileFilter(const std::u16string& device_filter) {
 
 void GuiPrompt::ShowMessage(const std::u16string& title, const std::u16string& text,
                             MessageIcon icon) {
-  QMessageBox box(QtIcon(icon), Q(title), Q(text), QMessageBox::Ok, parent_);
+  QMessageBox box(QtIcon(icon), ToQString(title), ToQString(text), QMessageBox::Ok, parent_);
   box.exec();
 }
 
 Answer GuiPrompt::Ask(const std::u16string& title, const std::u16string& text,
                       MessageIcon icon, QuestionButtons buttons, Answer default_answer) {
   const bool yes_no = buttons == QuestionButtons::kYesNo;
-  QMessageBox box(QtIcon(icon), Q(title), Q(text),
+  QMessageBox box(QtIcon(icon), ToQString(title), ToQString(text),
                   yes_no ? QMessageBox::Yes | QMessageBox::No
                          : QMessageBox::Ok | QMessageBox::Cancel,
                   parent_);
@@ -64,16 +62,16 @@ Answer GuiPrompt::Ask(const std::u16string& title, const std::u16string& text,
 }
 
 std::optional<std::string> GuiPrompt::ChooseFileToOpen(const FileChooser& chooser) {
-  const QString path = QFileDialog::getOpenFileName(parent_, Q(chooser.title), QString(),
+  const QString path = QFileDialog::getOpenFileName(parent_, ToQString(chooser.title), QString(),
                                                     QtFileFilter(chooser.filter));
   if (path.isEmpty()) return std::nullopt;
   return path.toStdString();
 }
 
 std::optional<std::string> GuiPrompt::ChooseFileToSave(const FileChooser& chooser) {
-  QFileDialog dialog(parent_, Q(chooser.title), QString(), QtFileFilter(chooser.filter));
+  QFileDialog dialog(parent_, ToQString(chooser.title), QString(), QtFileFilter(chooser.filter));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
-  dialog.setDefaultSuffix(Q(chooser.default_extension));
+  dialog.setDefaultSuffix(ToQString(chooser.default_extension));
   if (!(chooser.flags & kFileOverwritePrompt)) {
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
   }
@@ -84,8 +82,8 @@ std::optional<std::string> GuiPrompt::ChooseFileToSave(const FileChooser& choose
 }
 
 void GuiPrompt::BeginProgress(const std::u16string& title, int total) {
-  progress_ = new QProgressDialog(Q(title), QString(), 0, total, parent_);
-  progress_->setWindowTitle(Q(title));
+  progress_ = new QProgressDialog(ToQString(title), QString(), 0, total, parent_);
+  progress_->setWindowTitle(ToQString(title));
   progress_->setWindowModality(Qt::WindowModal);
   progress_->setMinimumDuration(0);
   progress_->setAttribute(Qt::WA_DeleteOnClose);
@@ -96,7 +94,7 @@ void GuiPrompt::BeginProgress(const std::u16string& title, int total) {
 void GuiPrompt::StepProgress(int position, const std::u16string& text) {
   if (!progress_) return;
   progress_->setValue(position);
-  progress_->setLabelText(Q(text));
+  progress_->setLabelText(ToQString(text));
   // The window keeps painting between records.
   QApplication::processEvents();
 }

@@ -1,4 +1,5 @@
 #include "app/gui/main_window.h"
+#include "app/gui/qt_text.h"
 
 #include <QCalendarWidget>
 #include <QDateEdit>
@@ -25,19 +26,13 @@
 namespace quillora {
 namespace {
 
-QString Q(const std::u16string& text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QDate ToQDate(const SystemTime& st) { return QDate(st.year, st.month, st.day); }
-
 SystemTime FromQDate(const QDate& d) { return MakeSystemTime(d.year(), d.month(), d.day()); }
 
 }  // namespace
 
 MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
     : QMainWindow(parent), data_(data), clock_(clock), gui_prompt_(this) {
-  setWindowTitle(Q(kAppTitle));
+  setWindowTitle(ToQString(kAppTitle));
   auto* central = new QWidget(this);
   auto* layout = new QVBoxLayout(central);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -229,8 +224,8 @@ void MainWindow::Reload() {
   SortEntries(data_.settings.sort, *data_.locale, &shown);
   model_->SetEntries(std::move(shown));
   const WeekPeriod* week = dynamic_cast<const WeekPeriod*>(period_.get());
-  period_bar_->SetCaption(Q(period_->GetCaption(*data_.locale)),
-                          week ? Q(week->WeekNumberText()) : QString());
+  period_bar_->SetCaption(ToQString(period_->GetCaption(*data_.locale)),
+                          week ? ToQString(week->WeekNumberText()) : QString());
   const int row = model_->RowOf(selected);
   if (row >= 0) list_->setCurrentIndex(model_->index(row));
 }
@@ -260,7 +255,7 @@ void MainWindow::OpenCaptionPicker() {
   if (auto* month = dynamic_cast<MonthPeriod*>(period_.get())) {
     const MonthMenu items = BuildMonthMenu(*month, *data_.locale);
     for (int m = 0; m < 12; ++m) {
-      QAction* a = menu.addAction(Q(items.month_names[static_cast<std::size_t>(m)]));
+      QAction* a = menu.addAction(ToQString(items.month_names[static_cast<std::size_t>(m)]));
       a->setCheckable(true);
       a->setChecked(items.checked_month == m + 1);
       connect(a, &QAction::triggered, this, [this, month, m] {
@@ -270,7 +265,7 @@ void MainWindow::OpenCaptionPicker() {
     }
     menu.addSeparator();
     for (std::size_t i = 0; i < items.years.size(); ++i) {
-      QAction* a = menu.addAction(Q(items.year_texts[i]));
+      QAction* a = menu.addAction(ToQString(items.year_texts[i]));
       const int year = items.years[i];
       a->setCheckable(true);
       a->setChecked(items.checked_year == year);
@@ -280,7 +275,7 @@ void MainWindow::OpenCaptionPicker() {
       });
     }
     menu.addSeparator();
-    connect(menu.addAction(Q(items.goto_today)), &QAction::triggered, period_bar_,
+    connect(menu.addAction(ToQString(items.goto_today)), &QAction::triggered, period_bar_,
             &PeriodBar::GotoToday);
     menu.exec(where);
     return;

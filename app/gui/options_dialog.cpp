@@ -1,4 +1,5 @@
 #include "app/gui/options_dialog.h"
+#include "app/gui/qt_text.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -16,14 +17,7 @@
 namespace quillora {
 namespace {
 
-QString Q(std::u16string_view text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
 
-std::u16string U(const QString& text) {
-  return std::u16string(reinterpret_cast<const char16_t*>(text.utf16()),
-                        static_cast<std::size_t>(text.size()));
-}
 
 // A label that toggles its check box when tapped, so that a long option text
 // can wrap on a narrow screen and still be hit anywhere.
@@ -141,7 +135,7 @@ QWidget* OptionsDialog::BuildGeneralPage() {
   form->setContentsMargins(0, 0, 0, 0);
   week_start_ = NewList("weekStart", {tr("Sunday"), tr("Monday")}, fields);
   QStringList intervals;
-  for (const char16_t* label : kDurationIntervalLabels) intervals << Q(label);
+  for (const char16_t* label : kDurationIntervalLabels) intervals << ToQString(label);
   duration_interval_ = NewList("durationInterval", intervals, fields);
   item_tap_ = NewList("itemTap", {tr("Edit Entry"), tr("Select Only")}, fields);
   form->addRow(tr("Week Start:"), week_start_);
@@ -181,13 +175,13 @@ QWidget* OptionsDialog::BuildDefaultsPage(const std::vector<std::u16string>& cur
   currency_->setInsertPolicy(QComboBox::NoInsert);
   currency_->lineEdit()->setMaxLength(static_cast<int>(kDefaultCurrencyChars) - 1);
   for (const std::u16string& name : currencies) {
-    if (!name.empty() && currency_->findText(Q(name), Qt::MatchFixedString |
+    if (!name.empty() && currency_->findText(ToQString(name), Qt::MatchFixedString |
                                                           Qt::MatchCaseSensitive) < 0) {
-      currency_->addItem(Q(name));
+      currency_->addItem(ToQString(name));
     }
   }
   currency_->model()->sort(0);
-  currency_->setEditText(Q(settings_.default_currency));
+  currency_->setEditText(ToQString(settings_.default_currency));
   form->addRow(tr("Currency:"), currency_);
   inside->addWidget(currency_row);
 
@@ -299,7 +293,7 @@ QWidget* OptionsDialog::BuildCustomFieldsPage() {
   for (int i = 0; i < 3; ++i) {
     auto* label = new QLabel(tr("Description for custom field %1:").arg(i + 1), page);
     label->setWordWrap(true);
-    auto* edit = new QLineEdit(Q(settings_.custom_labels[static_cast<std::size_t>(i)]), page);
+    auto* edit = new QLineEdit(ToQString(settings_.custom_labels[static_cast<std::size_t>(i)]), page);
     edit->setObjectName(QString("customLabel%1").arg(i + 1));
     edit->setMaxLength(static_cast<int>(kCustomLabelChars) - 1);
     label->setBuddy(edit);
@@ -318,7 +312,7 @@ QWidget* OptionsDialog::BuildExportPage() {
   auto* csv = new QGroupBox(tr("CSV Export"), page);
   QFormLayout* csv_form = NewForm(csv);
   QStringList breaks;
-  for (std::u16string_view item : {u"1 space", u"2 space", u"~`", u"|"}) breaks << Q(item);
+  for (std::u16string_view item : {u"1 space", u"2 space", u"~`", u"|"}) breaks << ToQString(item);
   break_sub_ = NewList("breakSub", breaks, csv);
   csv_form->addRow(tr("Line Breaks in Notes:"), break_sub_);
   // Kept with the page but never shown: the CSV file has no hour symbol.
@@ -334,7 +328,7 @@ QWidget* OptionsDialog::BuildExportPage() {
   auto* xml = new QGroupBox(tr("XML Export"), page);
   QFormLayout* xml_form = NewForm(xml);
   QStringList encodings;
-  for (std::u16string_view name : kXmlEncodingNames) encodings << Q(name);
+  for (std::u16string_view name : kXmlEncodingNames) encodings << ToQString(name);
   encoding_ = NewList("encoding", encodings, xml);
   xml_form->addRow(tr("Encoding:"), encoding_);
   column->addWidget(xml);
@@ -357,7 +351,7 @@ Settings OptionsDialog::Result() const {
   SetBit(&bits, kOptionWeekNumber, week_number_->isChecked());
   // Defaults.
   SetBit(&bits, kOptionBillable, billable_->isChecked());
-  s.default_currency = U(currency_->currentText().left(kDefaultCurrencyChars - 1));
+  s.default_currency = FromQString(currency_->currentText().left(kDefaultCurrencyChars - 1));
   SetBit(&bits, kOptionGranularity, granularity_on_->isChecked());
   if (granularity_on_->isChecked() && granularity_->currentIndex() >= 0) {
     s.granularity = static_cast<std::uint16_t>(
@@ -374,7 +368,7 @@ Settings OptionsDialog::Result() const {
   Take(font_size_, &s.font_size);
   SetBit(&bits, kOptionBoldFont, bold_->isChecked());
   // Custom Fields.
-  for (std::size_t i = 0; i < 3; ++i) s.custom_labels[i] = U(custom_labels_[i]->text());
+  for (std::size_t i = 0; i < 3; ++i) s.custom_labels[i] = FromQString(custom_labels_[i]->text());
   // Export.
   Take(break_sub_, &s.break_sub);
   Take(encoding_, &s.encoding);

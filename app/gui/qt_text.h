@@ -6,12 +6,13 @@
 #include <QString>
 #include <QTime>
 #include <string>
+#include <string_view>
 
 #include "platform/clock.h"
 
 namespace quillora {
 
-inline QString ToQString(const std::u16string& text) {
+inline QString ToQString(std::u16string_view text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 

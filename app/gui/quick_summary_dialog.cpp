@@ -1,4 +1,5 @@
 #include "app/gui/quick_summary_dialog.h"
+#include "app/gui/qt_text.h"
 
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -12,9 +13,6 @@
 namespace quillora {
 namespace {
 
-QString Q(const std::u16string& text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // The room a cell's text needs beside it, and how far the font may shrink.
 constexpr int kCellPadding = 8;
@@ -35,7 +33,7 @@ QuickSummaryDialog::QuickSummaryDialog(std::vector<QuickSummaryRow> rows,
       prompt_(prompt),
       files_(files),
       code_page_(code_page) {
-  setWindowTitle(Q(kAppTitle));
+  setWindowTitle(ToQString(kAppTitle));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
   layout->setSpacing(4);
@@ -55,7 +53,7 @@ QuickSummaryDialog::QuickSummaryDialog(std::vector<QuickSummaryRow> rows,
   heading.setBold(true);
   for (std::size_t r = 0; r < rows_.size(); ++r) {
     for (int c = 0; c < 3; ++c) {
-      auto* item = new QTableWidgetItem(Q(rows_[r][static_cast<std::size_t>(c)]));
+      auto* item = new QTableWidgetItem(ToQString(rows_[r][static_cast<std::size_t>(c)]));
       item->setTextAlignment((c == 0 ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
       if (IsHeading(rows_[r])) item->setFont(heading);
       table_->setItem(static_cast<int>(r), c, item);
@@ -105,7 +103,7 @@ void QuickSummaryDialog::FitColumns() {
     for (const QuickSummaryRow& row : rows_) {
       const QFontMetrics& m = IsHeading(row) ? bold_metrics : plain_metrics;
       for (std::size_t c = 0; c < 3 && fits; ++c) {
-        fits = m.horizontalAdvance(Q(row[c])) + kCellPadding <= widths[c];
+        fits = m.horizontalAdvance(ToQString(row[c])) + kCellPadding <= widths[c];
       }
       if (!fits) break;
     }

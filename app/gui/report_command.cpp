@@ -54,14 +54,14 @@ ReportRunDialog::ReportRunDialog(MainWindow* window,
   const std::u16string& preferred = window->data().settings.default_report;
   for (const SavedReportName& saved : reports) {
     // Reports of one name are one choice: the first of them is used.
-    if (report_->findText(QtText(saved.name), Qt::MatchExactly) >= 0) continue;
-    report_->addItem(QtText(saved.name));
+    if (report_->findText(ToQString(saved.name), Qt::MatchExactly) >= 0) continue;
+    report_->addItem(ToQString(saved.name));
   }
-  const int preferred_index = report_->findText(QtText(preferred), Qt::MatchExactly);
+  const int preferred_index = report_->findText(ToQString(preferred), Qt::MatchExactly);
   if (preferred_index >= 0) report_->setCurrentIndex(preferred_index);
   const PeriodRange range = window->period().GetRange();
-  start_ = new QDateEdit(QtDate(range.start), this);
-  end_ = new QDateEdit(QtDate(range.end), this);
+  start_ = new QDateEdit(ToQDate(range.start), this);
+  end_ = new QDateEdit(ToQDate(range.end), this);
   for (QDateEdit* edit : {start_, end_}) {
     edit->setCalendarPopup(true);
     edit->setDisplayFormat("yyyy-MM-dd");
@@ -91,22 +91,7 @@ bool RunWindowReport(MainWindow* window, const std::u16string& name,
   ObjectId record_id = 0;
   SavedReportLookup lookup = SavedReportLookup::kNoSavedReport;
   if (OpenSavedReports(aux)) lookup = LoadSavedReport(aux, name, &definition, &record_id);
-  switch (lookup) {
-    case SavedReportLookup::kFound:
-      break;
-    case SavedReportLookup::kNoSavedReport:
-      window->prompt().ShowMessage(kAppTitle, LoadString(kIdsNoSavedReport),
-                                   MessageIcon::kInformation);
-      return false;
-    case SavedReportLookup::kNotFound:
-      window->prompt().ShowMessage(kAppTitle, LoadString(kIdsNoSavedReportNamed),
-                                   MessageIcon::kExclamation);
-      return false;
-    case SavedReportLookup::kDamaged:
-      window->prompt().ShowMessage(kAppTitle, LoadString(kIdsSavedReportDamaged),
-                                   MessageIcon::kError);
-      return false;
-  }
+  if (!ReportFound(window->prompt(), lookup)) return false;
   return GenerateReportFromWindow(window, definition, range);
 }
 
@@ -123,7 +108,7 @@ void ReportFromWindow(MainWindow* window) {
   }
   ReportRunDialog dialog(window, reports);
   if (dialog.exec() != QDialog::Accepted) return;
-  RunWindowReport(window, StdText(dialog.report_box()->currentText()), dialog.Range());
+  RunWindowReport(window, FromQString(dialog.report_box()->currentText()), dialog.Range());
 }
 
 }  // namespace quillora

@@ -22,11 +22,11 @@ namespace {
 std::optional<std::u16string> AskReportName(QWidget* parent,
                                             const std::u16string& current) {
   QDialog dialog(parent);
-  dialog.setWindowTitle(QtText(kAppTitle));
+  dialog.setWindowTitle(ToQString(kAppTitle));
   auto* layout = new QVBoxLayout(&dialog);
-  auto* label = new QLabel(QtText(LoadString(kIdsEnterReportName)), &dialog);
+  auto* label = new QLabel(ToQString(LoadString(kIdsEnterReportName)), &dialog);
   label->setWordWrap(true);
-  auto* edit = new QLineEdit(QtText(current), &dialog);
+  auto* edit = new QLineEdit(ToQString(current), &dialog);
   edit->setMaxLength(static_cast<int>(kReportNameChars));
   edit->selectAll();
   layout->addWidget(label);
@@ -36,7 +36,7 @@ std::optional<std::u16string> AskReportName(QWidget* parent,
   QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-  return StdText(edit->text());
+  return FromQString(edit->text());
 }
 
 bool IsFieldRow(int row) {
@@ -144,7 +144,7 @@ void ReportEditorDialog::Refresh() {
   for (int row = 0; row < kReportEditorRowCount; ++row) {
     const ReportEditorItem& source = editor_.item(row);
     auto* item = new QTreeWidgetItem(list_);
-    item->setText(0, QtText(source.label));
+    item->setText(0, ToQString(source.label));
     const bool enabled = editor_.IsEnabled(row);
     switch (source.kind) {
       case ReportItemKind::kHeading:
@@ -153,13 +153,13 @@ void ReportEditorDialog::Refresh() {
         item->setFirstColumnSpanned(true);
         break;
       case ReportItemKind::kText:
-        item->setText(1, QtText(source.text));
+        item->setText(1, ToQString(source.text));
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable);
         break;
       case ReportItemKind::kChoice: {
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
         auto* box = new QComboBox(list_);
-        for (const std::u16string& choice : source.choices) box->addItem(QtText(choice));
+        for (const std::u16string& choice : source.choices) box->addItem(ToQString(choice));
         box->setCurrentIndex(source.choice);
         box->setEnabled(enabled);
         list_->setItemWidget(item, 1, box);
@@ -191,7 +191,7 @@ void ReportEditorDialog::Refresh() {
   if (current >= 0) list_->setCurrentItem(list_->topLevelItem(current));
   filling_ = false;
   UpdateButtons();
-  const QString name = report_.name.empty() ? tr("(unsaved)") : QtText(report_.name);
+  const QString name = report_.name.empty() ? tr("(unsaved)") : ToQString(report_.name);
   setWindowTitle(tr("Report Editor - %1").arg(name));
 }
 
@@ -200,7 +200,7 @@ void ReportEditorDialog::ItemChanged(QTreeWidgetItem* item, int column) {
   const int row = list_->indexOfTopLevelItem(item);
   const ReportEditorItem& source = editor_.item(row);
   if (source.kind == ReportItemKind::kText && column == 1) {
-    if (!editor_.SetText(row, StdText(item->text(1)))) {
+    if (!editor_.SetText(row, FromQString(item->text(1)))) {
       window_->prompt().ShowMessage(kAppTitle, LoadString(kIdsReportTitleTooLong),
                                     MessageIcon::kExclamation);
     }
@@ -233,26 +233,11 @@ bool ReportEditorDialog::OpenSaved(const std::u16string& name) {
   ObjectId record_id = 0;
   SavedReportLookup lookup = SavedReportLookup::kNoSavedReport;
   if (OpenSavedReports(aux)) lookup = LoadSavedReport(aux, name, &definition, &record_id);
-  switch (lookup) {
-    case SavedReportLookup::kFound:
-      report_ = {name, record_id, definition};
-      editor_.Load(definition);
-      Refresh();
-      return true;
-    case SavedReportLookup::kNoSavedReport:
-      window_->prompt().ShowMessage(kAppTitle, LoadString(kIdsNoSavedReport),
-                                    MessageIcon::kInformation);
-      return false;
-    case SavedReportLookup::kNotFound:
-      window_->prompt().ShowMessage(kAppTitle, LoadString(kIdsNoSavedReportNamed),
-                                    MessageIcon::kExclamation);
-      return false;
-    case SavedReportLookup::kDamaged:
-      window_->prompt().ShowMessage(kAppTitle, LoadString(kIdsSavedReportDamaged),
-                                    MessageIcon::kError);
-      return false;
-  }
-  return false;
+  if (!ReportFound(window_->prompt(), lookup)) return false;
+  report_ = {name, record_id, definition};
+  editor_.Load(definition);
+  Refresh();
+  return true;
 }
 
 bool ReportEditorDialog::Save() {

@@ -57,7 +57,7 @@ SavedReportsDialog::SavedReportsDialog(MainWindow* window, QWidget* parent)
   connect(preferred, &QPushButton::clicked, this, [this] { MakeSelectedDefault(); });
   connect(list_, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) {
     if (filling_ || item != list_->currentItem()) return;
-    const std::u16string new_name = StdText(item->text());
+    const std::u16string new_name = FromQString(item->text());
     QTimer::singleShot(0, this, [this, new_name] { RenameSelected(new_name); });
   });
   Fill();
@@ -73,7 +73,7 @@ void SavedReportsDialog::Fill() {
   if (OpenSavedReports(aux)) reports = ListSavedReports(aux);
   const std::u16string& preferred = window_->data().settings.default_report;
   for (const SavedReportName& report : reports) {
-    const QString name = QtText(report.name);
+    const QString name = ToQString(report.name);
     auto* item = new QListWidgetItem(list_);
     item->setData(Qt::UserRole, name);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable);
@@ -93,7 +93,7 @@ void SavedReportsDialog::Fill() {
 
 std::u16string SavedReportsDialog::SelectedName() const {
   const QListWidgetItem* item = list_->currentItem();
-  return item ? StdText(item->data(Qt::UserRole).toString()) : std::u16string();
+  return item ? FromQString(item->data(Qt::UserRole).toString()) : std::u16string();
 }
 
 void SavedReportsDialog::Changed(SavedReportChange change) {
