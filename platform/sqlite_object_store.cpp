@@ -279,6 +279,8 @@ class SqliteObjectStore : public ObjectStore {
     if (!in_batch_) Exec("ROLLBACK");
   }
 
+  // One column of a database's row; false when there is no such database.
+  bool ReadDatabaseColumn(ObjectId id, const char* column, std::string* bytes);
   // The sort orders of a database; false when there is no such database.
   bool SortOrdersOf(ObjectId db, std::vector<SortOrder>* orders);
   SortKey KeyOf(const PropList& props, PropId sort_prop) const;
@@ -420,8 +422,9 @@ std::vector<SortOrder> DecodeSortOrders(const std::string& bytes) {
 
 }  // namespace
 
-bool SqliteObjectStore::GetDatabaseName(ObjectId id, std::u16string* name) {
-  Statement st = Prepare("SELECT name FROM databases WHERE oid = ?1");
+bool SqliteObjectStore::ReadDatabaseColumn(ObjectId id, const char* column,
+                                           std::string* bytes) {
+  Statement st = Prepare(std::string("SELECT ") + column + " FROM databases WHERE oid = ?1");
   if (!st.ok()) {
     g_last_error = kErrorInternal;
     return false;
@@ -432,8 +435,15 @@ bool SqliteObjectStore::GetDatabaseName(ObjectId id, std::u16string* name) {
     g_last_error = rc == SQLITE_DONE ? kErrorInvalidParameter : SqliteError("info", rc);
     return false;
   }
-  *name = DecodeName(st.Blob(0));
+  *bytes = st.Blob(0);
   g_last_error = kErrorSuccess;
+  return true;
+}
+
+bool SqliteObjectStore::GetDatabaseName(ObjectId id, std::u16string* name) {
+  std::string bytes;
+  if (!ReadDatabaseColumn(id, "name", &bytes)) return false;
+  *name = DecodeName(bytes);
   return true;
 }
 
@@ -518,18 +528,9 @@ bool SqliteObjectStore::SortOrdersOf(ObjectId db, std::vector<SortOrder>* orders
   }
   // The sort orders alone: GetDatabaseInfo would also count the records,
   // a pass over the whole database on every open.
-  Statement st = Prepare("SELECT sort_orders FROM databases WHERE oid = ?1");
-  if (!st.ok()) {
-    g_last_error = kErrorInternal;
-    return false;
-  }
-  st.Bind(1, db);
-  const int rc = st.Step();
-  if (rc != SQLITE_ROW) {
-    g_last_error = rc == SQLITE_DONE ? kErrorInvalidParameter : SqliteError("info", rc);
-    return false;
-  }
-  *orders = DecodeSortOrders(st.Blob(0));
+  std::string bytes;
+  if (!ReadDatabaseColumn(db, "sort_orders", &bytes)) return false;
+  *orders = DecodeSortOrders(bytes);
   sort_cache_[db] = *orders;
   return true;
 }
