@@ -10,7 +10,7 @@
 #include "platform/data_folder.h"
 #include "platform/object_store.h"
 #include "store/note_text.h"
-#include "tests/temp_dir.h"
+#include "bench/bench_volume.h"
 
 namespace quillora {
 namespace {
@@ -43,22 +43,8 @@ TimeEntry SampleEntry(int n) {
   return e;
 }
 
-struct Fixture {
-  testing::TempDir dir;
-  std::unique_ptr<ObjectStore> volume;
-  std::unique_ptr<EntryStore> entries;
-  Settings settings;
-  std::unique_ptr<Locale> locale = Locale::UsEnglish();
-
-  Fixture() {
-    std::string error;
-    volume = OpenSqliteObjectStore(dir.File(kVolumeFileName), &error);
-    entries = std::make_unique<EntryStore>(*volume);
-    entries->Open();
-    volume->BeginBatch();
-    for (int n = 0; n < kEntries; ++n) AddEntry(*entries, SampleEntry(n));
-    volume->CommitBatch();
-  }
+struct Fixture : BenchVolume {
+  Fixture() : BenchVolume(kEntries, SampleEntry) {}
 
   // The days that hold the first `count` entries (the range starts the day
   // before, since the walk begins strictly after its start).

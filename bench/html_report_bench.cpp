@@ -12,7 +12,7 @@
 #include "reports/html_report.h"
 #include "store/note_text.h"
 #include "store/time_entry.h"
-#include "tests/temp_dir.h"
+#include "bench/bench_volume.h"
 
 namespace quillora {
 namespace {
@@ -40,22 +40,8 @@ TimeEntry SampleEntry(int n) {
   return e;
 }
 
-struct Fixture {
-  testing::TempDir dir;
-  std::unique_ptr<ObjectStore> volume;
-  std::unique_ptr<EntryStore> entries;
-  Settings settings;
-  std::unique_ptr<Locale> locale = Locale::UsEnglish();
-
-  Fixture() {
-    std::string error;
-    volume = OpenSqliteObjectStore(dir.File(kVolumeFileName), &error);
-    entries = std::make_unique<EntryStore>(*volume);
-    entries->Open();
-    volume->BeginBatch();
-    for (int n = 0; n < kEntries; ++n) AddEntry(*entries, SampleEntry(n));
-    volume->CommitBatch();
-  }
+struct Fixture : BenchVolume {
+  Fixture() : BenchVolume(kEntries, SampleEntry) {}
 };
 
 Fixture& Shared() {
