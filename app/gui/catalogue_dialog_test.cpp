@@ -12,6 +12,7 @@
 #include "app/gui/move_dialog.h"
 #include "app/gui/name_dialog.h"
 #include "app/gui/qt_text.h"
+#include "tests/dialog_script.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
 
@@ -108,12 +109,7 @@ class CatalogueDialogTest : public QObject {
     prompt_ = testing::FakePrompt();
     script_.clear();
     dialog_ = std::make_unique<CatalogueDialog>(*data_, prompt_);
-    dialog_->SetDialogRunner([this](QDialog& d) {
-      if (script_.empty()) return int(QDialog::Rejected);
-      auto step = std::move(script_.front());
-      script_.pop_front();
-      return step(d);
-    });
+    dialog_->SetDialogRunner(testing::RunFrom(&script_));
   }
 
   void cleanup() {

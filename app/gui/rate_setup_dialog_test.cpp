@@ -8,6 +8,7 @@
 #include "app/gui/rate_edit_dialog.h"
 #include "app/gui/rate_icons.h"
 #include "app/gui/rate_setup_dialog.h"
+#include "tests/dialog_script.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
 
@@ -56,12 +57,7 @@ class RateSetupDialogTest : public QObject {
     prompt_ = testing::FakePrompt();
     script_.clear();
     dialog_ = std::make_unique<RateSetupDialog>(*data_, prompt_);
-    dialog_->SetDialogRunner([this](QDialog& d) {
-      if (script_.empty()) return int(QDialog::Rejected);
-      auto step = std::move(script_.front());
-      script_.pop_front();
-      return step(d);
-    });
+    dialog_->SetDialogRunner(testing::RunFrom(&script_));
   }
 
   void cleanup() {
