@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "interchange/export_format.h"
 #include "platform/narrow_text_writer.h"
+#include "store/entry_read_ahead.h"
 #include "store/note_text.h"
 #include "timekeeping/duration.h"
 
@@ -43,20 +43,13 @@ ExportWalkResult WalkExportRange(EntryStore& entries, const EntryFilter& criteri
   // Strictly greater, as the export has always sought: an entry dated exactly
   // at the range start (such as one without a start time stored at midnight
   // of the first day) is not reached, although the filter would keep it.
-  if (entries.SeekValue(SeekType::kValueGreater, PropValue::Number(kPropStart, start)) ==
-      0) {
-    return ExportWalkResult::kDone;
-  }
-  TimeEntry entry;
-  for (;;) {
-    const int read = ReadEntry(entries, &entry);
-    if (read == 1) return ExportWalkResult::kDone;
-    if (read != 0) return ExportWalkResult::kReadFailed;
-    if (CompareFileTime(entry.start, end) > 0) return ExportWalkResult::kDone;
-    if (Matches(criteria, entry, locale) && !visit(entry))
+  EntryReadAhead read(entries, start, end);
+  while (TimeEntry* entry = read.Next()) {
+    if (Matches(criteria, *entry, locale) && !visit(*entry)) {
       return ExportWalkResult::kStopped;
-    if (entries.Seek(SeekType::kCurrent, 1) == 0) return ExportWalkResult::kDone;
+    }
   }
+  return read.read_failed() ? ExportWalkResult::kReadFailed : ExportWalkResult::kDone;
 }
 
 std::u16string ExportNoteText(const TimeEntry& entry) {
@@ -108,14 +101,14 @@ std::u16string CsvEntryLine(const TimeEntry& entry, const Settings& settings,
   AppendField(&line, dated && when.second == kStartTimeMark
                          ? locale.FormatTime(when, kTimeNoSeconds)
                          : std::u16string());
-  AppendField(&line, FormatExportHundredths(entry.duration));
+  AppendField(&line, FormatHundredths(entry.duration));
   AppendField(&line, entry.billable ? u"Y" : u"N");
   AppendField(&line, entry.paid ? u"Y" : u"N");
   AppendField(&line, entry.currency);
   // A non-billable entry still shows its rate; only its type and amount are
   // left out.
   AppendField(&line,
-              entry.rate != 0 ? FormatExportHundredths(entry.rate) : std::u16string());
+              entry.rate != 0 ? FormatHundredths(entry.rate) : std::u16string());
   AppendField(&line, entry.billable ? FormatInteger(entry.rateType) : std::u16string());
   AppendField(&line, entry.billable ? FormatTwoDecimals(EntryAmount(entry, settings))
                                     : std::u16string());

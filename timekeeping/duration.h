@@ -119,6 +119,8 @@ std::u16string FormatDurationField(std::uint32_t duration);
 std::u16string FormatHundredths(std::uint32_t value);
 // "%.02f" of any value.
 std::u16string FormatTwoDecimals(double value);
+// "%d".
+std::u16string FormatInteger(int value);
 // "%s%.02f": the currency text immediately followed by the amount, no blank
 // (the Billing page's "Calculate").
 std::u16string FormatAmountWithCurrency(std::u16string_view currency, double amount);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdio>
 #include <cmath>
 #include <string>
 
@@ -276,6 +277,47 @@ TEST(FormatTest, TwoDecimalsAsTheCLibraryRounds) {
   EXPECT_EQ(FormatAmountWithCurrency(u"USD", 100.0), u"USD100.00");
   EXPECT_EQ(FormatAmountWithCurrency(u"\u20ac", 10.0 / 3), u"\u20ac3.33");
   EXPECT_EQ(FormatAmountWithCurrency(u"", 1.005), u"1.00");
+  EXPECT_EQ(FormatInteger(-3), u"-3");
+  EXPECT_EQ(FormatInteger(65535), u"65535");
+}
+
+std::u16string Printf(const char* format, double value) {
+  char buf[512];
+  const int n = std::snprintf(buf, sizeof buf, format, value);
+  return WidenAscii(std::string(buf, static_cast<std::size_t>(n)));
+}
+
+// Both are written without printf; they must stay exactly what the C library
+// prints, at the edges and across the range.
+TEST(FormatTest, FastFormatsMatchTheCLibrary) {
+  for (std::uint32_t v : {0u, 1u, 5u, 9u, 10u, 99u, 100u, 101u, 105u, 995u, 999u, 1000u,
+                          12345u, 65535u, 99999995u, 4294967294u, 4294967295u}) {
+    EXPECT_EQ(FormatHundredths(v), Printf("%.2f", v / 100.0)) << v;
+    EXPECT_EQ(FormatHundredths(v), Printf("%.2f", v * 0.01)) << v;
+  }
+  for (std::uint64_t v = 0; v <= 0xFFFFFFFFu; v += 999983) {
+    const auto value = static_cast<std::uint32_t>(v);
+    ASSERT_EQ(FormatHundredths(value), Printf("%.2f", value / 100.0)) << value;
+  }
+  EXPECT_EQ(FormatHundredths(4294967295u), u"42949672.95");
+
+  std::uint64_t bits = 0x9E3779B97F4A7C15ull;
+  for (int i = 0; i < 20000; ++i) {
+    bits ^= bits << 13;
+    bits ^= bits >> 7;
+    bits ^= bits << 17;
+    // Amounts as entries give them, halves and values of every size.
+    const double values[] = {static_cast<double>(bits % 10000000) * 0.01 * 0.25,
+                             static_cast<double>(bits % 1000) + 0.005,
+                             std::ldexp(static_cast<double>(bits >> 11),
+                                        static_cast<int>(bits % 200) - 100)};
+    for (double value : values) {
+      ASSERT_EQ(FormatTwoDecimals(value), Printf("%.02f", value)) << value;
+      ASSERT_EQ(FormatTwoDecimals(-value), Printf("%.02f", -value)) << -value;
+    }
+  }
+  EXPECT_EQ(FormatTwoDecimals(1e308), Printf("%.02f", 1e308));
+  EXPECT_EQ(FormatTwoDecimals(INFINITY), u"inf");
 }
 
 }  // namespace
