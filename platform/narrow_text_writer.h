@@ -28,6 +28,13 @@ class NarrowTextWriter {
   // the text has characters: a conversion that yields more bytes (a double-
   // byte code page) is cut there, on purpose. False when the write fails.
   bool Write(std::u16string_view text);
+  // A text handed over in parts: WritePart for each, then EndParts. The file
+  // receives exactly the bytes one Write of the parts joined would give, the
+  // cut at the character count included, written as the parts arrive, so a
+  // long document never has to be held whole. Once a write has failed the
+  // remaining parts are not written and both answer false.
+  bool WritePart(std::u16string_view part);
+  bool EndParts();
   // The two bytes FF FE.
   bool WriteByteOrderMark();
   // Two bytes per character, UTF-16LE.
@@ -43,6 +50,10 @@ class NarrowTextWriter {
 
  private:
   bool WriteBytes(const std::string& bytes);
+  bool WriteBytes(const char* data, std::size_t size);
+  // Writes the converted bytes of the parts that one byte per character
+  // allows so far.
+  bool WritePending();
 
   FileSystem& files_;
   int code_page_;
@@ -50,6 +61,14 @@ class NarrowTextWriter {
   std::size_t last_written_ = 0;
   bool last_ok_ = false;
   bool any_failed_ = false;
+  // The text written in parts: a high surrogate that ended the last part
+  // (converted with the character that follows it), bytes converted but not
+  // yet due, the characters handed over and the bytes written.
+  std::u16string held_;
+  std::string pending_;
+  std::size_t part_chars_ = 0;
+  std::size_t part_bytes_ = 0;
+  bool parts_failed_ = false;
 };
 
 }  // namespace quillora

@@ -5,8 +5,9 @@
 // structure and records the positions; the Find/Into/Out calls walk them) and
 // a writer (AddElement, AddChildElement and the attribute calls insert text and
 // keep every offset of the index exact), so the two may be mixed. The XML
-// export and the HTML report build their output with the writer and save
-// DocumentText(). Nothing here touches a file.
+// export and the HTML report build their output with the writer, one element
+// at a time, and hand the texts to a MarkupStream. Nothing here touches a
+// file.
 #ifndef QUILLORA_REPORTS_MARKUP_DOCUMENT_H_
 #define QUILLORA_REPORTS_MARKUP_DOCUMENT_H_
 
@@ -50,6 +51,9 @@ enum class MarkupEscapeMode {
 // The text with "&lt;", "&amp;", "&gt;" (and in attribute mode "&apos;",
 // "&quot;") put in place of those characters; everything else is copied.
 std::u16string EscapeMarkup(std::u16string_view text, MarkupEscapeMode mode);
+// The same, appended to `out`.
+void AppendEscapedMarkup(std::u16string* out, std::u16string_view text,
+                         MarkupEscapeMode mode);
 
 class MarkupDocument {
  public:
@@ -112,6 +116,12 @@ class MarkupDocument {
   bool AddAttribute(std::u16string_view name, std::u16string_view value);
   bool AddChildAttribute(std::u16string_view name, std::u16string_view value);
 
+  // Empties the document for the next one: no text, no element, nothing
+  // current. The text and the position table keep their room, so a document
+  // built again and again (one element of a long output at a time) allocates
+  // nothing once it has grown.
+  void Clear();
+
   // --- State ---
 
   const std::u16string& DocumentText() const { return text_; }
@@ -158,13 +168,12 @@ class MarkupDocument {
   int AddElementUnder(int parent, int before, std::u16string_view name,
                       std::u16string_view data);
   bool SetAttribute(int index, std::u16string_view name, std::u16string_view value);
-  std::int32_t ChangeDocument(std::int32_t offset, std::int32_t replaced,
-                              std::u16string_view insert);
+  void WriteElement(char16_t* at, std::u16string_view name, std::u16string_view data,
+                    std::size_t extra);
+  char16_t* MakeRoom(std::int32_t offset, std::int32_t replaced, std::int32_t length);
   void ShiftIndex(int from, std::int32_t delta);
 
   std::u16string text_;
-  // The writer's buffer for the text of one insertion, kept between calls.
-  std::u16string scratch_;
   std::int32_t level_ = 0;
   std::u16string error_;
   // Its size is the allocated count; next_free_ is the used count.

@@ -1,6 +1,7 @@
 // The writing side of MarkupDocument: escaping, adding elements and
 // attributes, and keeping every offset of the index exact after an insertion.
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,8 @@
 
 namespace quillora {
 namespace {
+
+using std::literals::string_view_literals::operator""sv;
 
 std::int32_t Length(std::u16string_view text) {
   return static_cast<std::int32_t>(text.size());
@@ -44,30 +47,81 @@ void MoveEnds(ElementPosition& element, std::int32_t delta) {
   element.following += delta;
 }
 
-// Appends `text` to `out` escaped as EscapeMarkup does. Runs of characters
-// that need no replacement are copied in one piece, so text without any
-// (nearly all report and export data) costs one append.
-void AppendEscaped(std::u16string* out, std::u16string_view text, MarkupEscapeMode mode) {
+// How many characters longer EscapeMarkup makes `text`. Counted without a
+// branch, so the compiler can look at many characters at once.
+std::size_t EscapedExtra(std::u16string_view text, MarkupEscapeMode mode) {
+  std::size_t extra = 0;
+  for (char16_t c : text) {
+    extra += 3 * static_cast<std::size_t>(c == u'<') +
+             4 * static_cast<std::size_t>(c == u'&') +
+             3 * static_cast<std::size_t>(c == u'>');
+  }
+  if (mode == MarkupEscapeMode::kAttribute) {
+    for (char16_t c : text) {
+      extra += 5 * static_cast<std::size_t>(c == u'\'') +
+               5 * static_cast<std::size_t>(c == u'"');
+    }
+  }
+  return extra;
+}
+
+char16_t* Put(char16_t* p, std::u16string_view text) {
+  std::char_traits<char16_t>::copy(p, text.data(), text.size());
+  return p + text.size();
+}
+
+// Writes `text` escaped at `p`, `extra` characters longer than it is;
+// returns the end.
+char16_t* PutEscaped(char16_t* p, std::u16string_view text, MarkupEscapeMode mode,
+                     std::size_t extra) {
+  if (extra == 0) return Put(p, text);
+  for (char16_t c : text) {
+    const std::u16string_view replacement =
+        c < 64 ? Replacement(c, mode) : std::u16string_view();
+    if (replacement.empty()) {
+      *p++ = c;
+    } else {
+      p = Put(p, replacement);
+    }
+  }
+  return p;
+}
+
+}  // namespace
+
+// Runs of characters that need no replacement are copied in one piece, so
+// text without any (nearly all report and export data) costs one append.
+void AppendEscapedMarkup(std::u16string* out, std::u16string_view text,
+                         MarkupEscapeMode mode) {
+  // One bit for each character below 64 that is replaced.
+  constexpr std::uint64_t kData = (1ull << u'<') | (1ull << u'&') | (1ull << u'>');
+  constexpr std::uint64_t kAttribute = kData | (1ull << u'\'') | (1ull << u'"');
+  const std::uint64_t replaced = mode == MarkupEscapeMode::kAttribute ? kAttribute : kData;
   std::size_t copied = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t c = text[i];
-    // Every replaced character is below '?'; most text is above it.
-    if (c > u'>') continue;
-    const std::u16string_view replacement = Replacement(c, mode);
-    if (replacement.empty()) continue;
+    if (c >= 64 || ((replaced >> c) & 1) == 0) continue;
     out->append(text.substr(copied, i - copied));
-    out->append(replacement);
+    out->append(Replacement(c, mode));
     copied = i + 1;
   }
   out->append(text.substr(copied));
 }
 
-}  // namespace
-
 std::u16string EscapeMarkup(std::u16string_view text, MarkupEscapeMode mode) {
   std::u16string out;
-  AppendEscaped(&out, text, mode);
+  AppendEscapedMarkup(&out, text, mode);
   return out;
+}
+
+void MarkupDocument::Clear() {
+  text_.clear();
+  error_.clear();
+  ClearDocumentRecord();
+  next_free_ = 1;
+  current_ = 0;
+  child_ = 0;
+  level_ = 0;
 }
 
 bool MarkupDocument::AddElement(std::u16string_view name, std::u16string_view data) {
@@ -141,58 +195,70 @@ int MarkupDocument::AddElementUnder(int parent, int before, std::u16string_view 
     up.first_child = index;
   }
 
-  // The new text is put together in a buffer the document keeps, so adding
-  // an element allocates nothing once the buffer has grown.
-  std::u16string& insert = scratch_;
-  insert.clear();
   element.start_left = offset;
+  const std::size_t extra = EscapedExtra(data, MarkupEscapeMode::kData);
   if (!data.empty()) {
-    insert.append(u"<").append(name).append(u">");
-    const std::int32_t data_start = Length(insert);
-    AppendEscaped(&insert, data, MarkupEscapeMode::kData);
-    const std::int32_t escaped_length = Length(insert) - data_start;
-    insert.append(u"</").append(name).append(u">\r\n");
     element.start_right = element.start_left + Length(name) + 1;
-    element.end_left = element.start_right + escaped_length + 1;
+    const std::size_t escaped = data.size() + extra;
+    element.end_left = element.start_right + static_cast<std::int32_t>(escaped) + 1;
     element.end_right = element.end_left + Length(name) + 2;
   } else {
-    insert.append(u"<").append(name).append(u"/>\r\n");
     element.start_right = element.start_left + Length(name) + 2;
     element.end_left = element.start_right - 1;
     element.end_right = element.end_left + 1;
   }
   element.following = element.end_right + 3;
+  const std::int32_t length = element.following - element.start_left;
 
-  std::int32_t replaced = 0;
   if (open_parent) {
     // <P/> becomes <P>, a line break, the new line and </P>: the '/' is
     // replaced, so the new element's offsets above are already final.
     const std::u16string parent_name = TagName(parent);
-    insert.insert(0, u">\r\n");
-    insert.append(u"</").append(parent_name);
-    offset -= 3;
-    replaced = 1;
+    const std::int32_t inserted = 3 + length + 2 + Length(parent_name);
+    char16_t* p = Put(MakeRoom(offset - 3, 1, inserted), u">\r\n"sv);
+    WriteElement(p, name, data, extra);
+    Put(Put(p + length, u"</"sv), parent_name);
     up.start_right -= 1;
     up.end_left -= Length(parent_name) + 1;
+    ShiftIndex(index, inserted - 1);
+  } else {
+    WriteElement(MakeRoom(offset, 0, length), name, data, extra);
+    ShiftIndex(index, length);
   }
-  replaced = ChangeDocument(offset, replaced, insert);
-  ShiftIndex(index, Length(insert) - replaced);
   return index;
+}
+
+// Writes <name>escaped data</name> or <name/>, and the line break; escaping
+// makes the data `extra` characters longer.
+void MarkupDocument::WriteElement(char16_t* p, std::u16string_view name,
+                                  std::u16string_view data, std::size_t extra) {
+  *p++ = u'<';
+  p = Put(p, name);
+  if (data.empty()) {
+    Put(p, u"/>\r\n"sv);
+    return;
+  }
+  *p++ = u'>';
+  p = PutEscaped(p, data, MarkupEscapeMode::kData, extra);
+  p = Put(p, u"</"sv);
+  p = Put(p, name);
+  Put(p, u">\r\n"sv);
 }
 
 bool MarkupDocument::SetAttribute(int index, std::u16string_view name,
                                   std::u16string_view value) {
-  std::u16string& insert = scratch_;
-  insert.assign(u" ").append(name).append(u"=\"");
-  AppendEscaped(&insert, value, MarkupEscapeMode::kAttribute);
-  insert.append(u"\"");
-
   ElementPosition& element = positions_[index];
   // Before the '/' of an empty element; behind earlier attributes either way.
   const std::int32_t offset =
       IsEmptyElement(index) ? element.start_right - 1 : element.start_right;
-  const std::int32_t delta = Length(insert);
-  ChangeDocument(offset, 0, insert);
+  const std::size_t extra = EscapedExtra(value, MarkupEscapeMode::kAttribute);
+  const auto delta = static_cast<std::int32_t>(name.size() + 4 + value.size() + extra);
+  char16_t* p = MakeRoom(offset, 0, delta);
+  *p++ = u' ';
+  p = Put(p, name);
+  p = Put(p, u"=\""sv);
+  p = PutEscaped(p, value, MarkupEscapeMode::kAttribute, extra);
+  *p = u'"';
   element.start_right += delta;
   element.end_left += delta;
   element.end_right += delta;
@@ -201,24 +267,30 @@ bool MarkupDocument::SetAttribute(int index, std::u16string_view name,
   return true;
 }
 
-// Replaces `replaced` characters at `offset` by `insert`, both clamped to the
-// text. Returns the count actually replaced.
-std::int32_t MarkupDocument::ChangeDocument(std::int32_t offset, std::int32_t replaced,
-                                            std::u16string_view insert) {
-  const std::int32_t length = Length(text_);
-  offset = std::clamp(offset, std::int32_t{0}, length);
-  replaced = std::clamp(replaced, std::int32_t{0}, length - offset);
-  const std::size_t needed =
-      text_.size() - static_cast<std::size_t>(replaced) + insert.size();
-  if (needed > text_.capacity()) {
+// Makes room for `length` characters at `offset` in place of `replaced`
+// characters, both clamped to the text, and returns where the room begins.
+// Nearly every change is an insertion a few characters before the end: the
+// tail moves up by hand, cheaper than a general replace.
+char16_t* MarkupDocument::MakeRoom(std::int32_t offset, std::int32_t replaced,
+                                   std::int32_t length) {
+  const std::int32_t size = Length(text_);
+  offset = std::clamp(offset, std::int32_t{0}, size);
+  replaced = std::clamp(replaced, std::int32_t{0}, size - offset);
+  const auto at = static_cast<std::size_t>(offset);
+  const auto old_size = static_cast<std::size_t>(size);
+  const std::size_t tail = old_size - at - static_cast<std::size_t>(replaced);
+  const std::size_t new_size = old_size - static_cast<std::size_t>(replaced) +
+                               static_cast<std::size_t>(length);
+  if (new_size > text_.capacity()) {
     // A document is written by many small insertions: growing four-fold
-    // copies the text a third as often as doubling, and the pages reserved
-    // ahead cost nothing until they are written.
-    text_.reserve(std::max(needed, text_.capacity() * 4));
+    // copies the text a third as often as doubling.
+    text_.reserve(std::max(new_size, text_.capacity() * 4));
   }
-  text_.replace(static_cast<std::size_t>(offset), static_cast<std::size_t>(replaced),
-                insert);
-  return replaced;
+  if (new_size > old_size) text_.resize(new_size);
+  char16_t* const data = text_.data();
+  std::char_traits<char16_t>::move(data + at + length, data + old_size - tail, tail);
+  if (new_size < old_size) text_.resize(new_size);
+  return data + at;
 }
 
 // After an insertion at record `from`: every record behind it in document
