@@ -1,7 +1,8 @@
 #include "interchange/xml_export.h"
 
-#include "interchange/export_format.h"
 #include "platform/narrow_text_writer.h"
+#include "platform/text_pipe.h"
+#include "reports/markup_stream.h"
 #include "timekeeping/duration.h"
 
 namespace quillora {
@@ -17,14 +18,14 @@ std::u16string XmlDeclaration(std::uint16_t encoding) {
   return line;
 }
 
-void AddXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& settings,
-                const Locale& locale) {
+void BuildXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& settings,
+                  const Locale& locale) {
   SystemTime when;
   const bool dated = FileTimeToSystemTime(entry.start, &when);
-  doc->AddChildElement(u"ITEM");
-  doc->AddChildAttribute(u"Billable", entry.billable ? u"Y" : u"N");
-  doc->AddChildAttribute(u"Paid", entry.paid ? u"Y" : u"N");
-  doc->IntoElement();
+  doc->Clear();
+  doc->AddElement(u"ITEM");
+  doc->AddAttribute(u"Billable", entry.billable ? u"Y" : u"N");
+  doc->AddAttribute(u"Paid", entry.paid ? u"Y" : u"N");
   doc->AddChildElement(u"DATE", dated ? locale.FormatDate(when, u"yyyy-MM-dd") : u"");
   doc->AddChildElement(u"CLIENT", entry.client);
   doc->AddChildElement(u"PROJECT", entry.project);
@@ -37,10 +38,10 @@ void AddXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& set
     start.second = 0;
     doc->AddChildElement(u"START", locale.FormatTime(start, u"hh:mm:ss"));
   }
-  doc->AddChildElement(u"DURATION", FormatExportHundredths(entry.duration));
+  doc->AddChildElement(u"DURATION", FormatHundredths(entry.duration));
   doc->AddChildElement(u"CURRENCY", entry.currency);
   if (entry.rate != 0) {
-    doc->AddChildElement(u"RATE", FormatExportHundredths(entry.rate));
+    doc->AddChildElement(u"RATE", FormatHundredths(entry.rate));
     doc->AddChildAttribute(u"Type", FormatInteger(entry.rateType));
   }
   // Written for every entry, billable or not.
@@ -52,38 +53,45 @@ void AddXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& set
   // The note keeps its line breaks here; "BreakSub" is for CSV only.
   const std::u16string note = ExportNoteText(entry);
   if (!note.empty()) doc->AddChildElement(u"NOTES", note);
-  doc->OutOfElement();
 }
 
 bool ExportXml(const std::string& path, const EntryFilter& criteria,
                ExportSources& sources) {
-  MarkupDocument doc;
-  doc.AddElement(u"ITEMS");
-  // The entries are read before the file is created: a walk that fails
-  // leaves no file behind.
-  const ExportWalkResult walked = WalkExportRange(
-      sources.entries, criteria, sources.locale, [&](const TimeEntry& entry) {
-        AddXmlItem(&doc, entry, sources.settings, sources.locale);
-        return true;
-      });
-  if (walked != ExportWalkResult::kDone) return false;
-
   NarrowTextWriter writer(sources.files, sources.locale.AnsiCodePage());
   if (!writer.Open(path)) return false;
   const std::uint16_t encoding = sources.settings.encoding;
+  const bool utf16 = encoding == kXmlEncodingUtf16;
   const std::u16string declaration = XmlDeclaration(encoding);
-  if (encoding != kXmlEncodingUtf16) {
-    if (!writer.Write(declaration)) return false;
-    if (!writer.Write(doc.DocumentText())) return false;
-    return writer.Close();
+  if (utf16) {
+    if (!writer.WriteByteOrderMark() || !writer.WriteRaw(declaration)) return false;
+  } else if (!writer.Write(declaration)) {
+    return false;
   }
-  if (!writer.WriteByteOrderMark()) return false;
-  if (!writer.WriteRaw(declaration)) return false;
+
+  // The pieces are converted and written on a second thread while the next
+  // ones are built.
+  TextPipe pipe([&](std::u16string_view piece) {
+    return utf16 ? writer.WriteRaw(piece) : writer.WritePart(piece);
+  });
+  MarkupStream stream([&](std::u16string_view piece) { return pipe.Put(piece); });
+  stream.Open(u"ITEMS");
+  MarkupDocument item;
+  // The walk ends at the first write that fails: the disk will not take more.
+  const ExportWalkResult walked = WalkExportRange(
+      sources.entries, criteria, sources.locale, [&](const TimeEntry& entry) {
+        BuildXmlItem(&item, entry, sources.settings, sources.locale);
+        stream.Add(item);
+        return stream.ok();
+      });
+  const bool streamed = stream.Finish();
+  const bool piped = pipe.Finish();
+  const bool written = streamed && piped && (utf16 || writer.EndParts());
+  const bool closed = writer.Close();
+  if (walked == ExportWalkResult::kReadFailed) return false;
   // The UTF-16 document has always been reported written whatever its write
   // answered; only a file that then cannot be closed counts as failed.
-  const bool document_written = writer.WriteRaw(doc.DocumentText());
-  const bool closed = writer.Close();
-  return closed || !document_written;
+  if (utf16) return closed || !written;
+  return written && closed;
 }
 
 }  // namespace quillora

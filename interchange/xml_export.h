@@ -1,6 +1,6 @@
 // The XML export: the time entries of a date range that pass the entry
 // filter, one "ITEM" element each under "ITEMS", built with the markup writer
-// and written behind an XML declaration.
+// and written behind an XML declaration as the entries are read.
 #ifndef QUILLORA_INTERCHANGE_XML_EXPORT_H_
 #define QUILLORA_INTERCHANGE_XML_EXPORT_H_
 
@@ -25,18 +25,18 @@ inline constexpr std::uint16_t kXmlEncodingUtf16 = 2;
 // taken as 0, "(Default)".
 std::u16string XmlDeclaration(std::uint16_t encoding);
 
-// Adds the "ITEM" element of one entry as a child of the current element of
-// `doc` (the "ITEMS" element) behind its current child, and closes it: the
-// "ITEM" is the current child afterwards.
-void AddXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& settings,
-                const Locale& locale);
+// Makes `item` (emptied first) the "ITEM" element of one entry.
+void BuildXmlItem(MarkupDocument* item, const TimeEntry& entry, const Settings& settings,
+                  const Locale& locale);
 
-// Builds the document of the entries in memory, then writes the file at
-// `path` (replacing one that exists): for "UTF-16" a byte order mark and
-// UTF-16LE, otherwise the ANSI code page, one byte per character. False when
-// the entries cannot be read, the file cannot be created or the declaration
-// or (not UTF-16) the document cannot be written; a partly written file is
-// left in place. The result of the UTF-16 document write is not looked at.
+// Writes the file at `path` (replacing one that exists): for "UTF-16" a byte
+// order mark and UTF-16LE, otherwise the ANSI code page, one byte per
+// character. The document goes to the file element by element as the entries
+// are read, with the very bytes of the document built whole. False when the
+// file cannot be created (no file is left then), an entry cannot be read, or
+// the declaration or (not UTF-16) the document cannot be written; a partly
+// written file is left in place. Whether the UTF-16 document was written is
+// not looked at.
 bool ExportXml(const std::string& path, const EntryFilter& criteria,
                ExportSources& sources);
 

@@ -29,6 +29,45 @@ TEST(NarrowTextWriterTest, OneBytePerCharacterInTheCodePage) {
   EXPECT_EQ(testing::ReadFileBytes(path), "a\x93\xfa\x96");
 }
 
+// Written in parts, a text gives the very bytes of one write, however it is
+// cut: double-byte characters and surrogate pairs across the cuts included.
+TEST(NarrowTextWriterTest, PartsGiveTheBytesOfOneWrite) {
+  testing::TempDir dir;
+  const std::u16string text = u"a\u65e5\u672cb\U0001F600c\u00e9\r\n\u4e2d\U0001F600";
+  for (int code_page : {1252, 932}) {
+    NarrowTextWriter whole(FileSystem::Posix(), code_page);
+    ASSERT_TRUE(whole.Open(dir.File("whole")));
+    ASSERT_TRUE(whole.Write(text));
+    ASSERT_TRUE(whole.Close());
+    const std::string expected = testing::ReadFileBytes(dir.File("whole"));
+    for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+      for (std::size_t step : {std::size_t{1}, std::size_t{3}, text.size()}) {
+        NarrowTextWriter parts(FileSystem::Posix(), code_page);
+        ASSERT_TRUE(parts.Open(dir.File("parts")));
+        ASSERT_TRUE(parts.WritePart(std::u16string_view(text).substr(0, cut)));
+        for (std::size_t at = cut; at < text.size(); at += step) {
+          ASSERT_TRUE(parts.WritePart(std::u16string_view(text).substr(at, step)));
+        }
+        ASSERT_TRUE(parts.EndParts());
+        ASSERT_TRUE(parts.Close());
+        EXPECT_EQ(testing::ReadFileBytes(dir.File("parts")), expected)
+            << "code page " << code_page << ", cut at " << cut << ", step " << step;
+      }
+    }
+  }
+
+  testing::FaultyFileSystem files;
+  files.disk_bytes = 4;
+  NarrowTextWriter failing(files, 1252);
+  ASSERT_TRUE(failing.Open(dir.File("f")));
+  EXPECT_TRUE(failing.WritePart(u"abc"));
+  EXPECT_FALSE(failing.WritePart(u"def"));
+  EXPECT_FALSE(failing.WritePart(u"g")) << "nothing more after a failed write";
+  EXPECT_FALSE(failing.EndParts());
+  EXPECT_FALSE(failing.Close());
+  EXPECT_EQ(testing::ReadFileBytes(dir.File("f")), "abcd");
+}
+
 TEST(NarrowTextWriterTest, UnicodeTextIsAByteOrderMarkThenUtf16Le) {
   testing::TempDir dir;
   NarrowTextWriter writer(FileSystem::Posix(), 1252);

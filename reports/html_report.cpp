@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <iterator>
 #include <string_view>
@@ -9,7 +10,10 @@
 #include <utility>
 
 #include "platform/narrow_text_writer.h"
+#include "platform/text_pipe.h"
 #include "reports/markup_document.h"
+#include "reports/markup_stream.h"
+#include "store/entry_read_ahead.h"
 #include "store/note_text.h"
 #include "store/string_table.h"
 #include "store/time_entry.h"
@@ -68,23 +72,6 @@ std::u16string RateTypeName(std::uint16_t rate_type) {
                                     : std::u16string();
 }
 
-// "%.2f" of value * 0.01, written from the integer: the product lies within
-// far less than half a hundredth of the exact decimal, so printf's rounding
-// would give back exactly these digits.
-std::u16string FormatHundredthsOf(std::uint32_t value) {
-  char16_t buf[16];  // at most 42949672.95
-  char16_t* const end = buf + std::size(buf);
-  char16_t* p = end;
-  std::uint32_t rest = value;
-  for (int i = 0; i < 2; ++i, rest /= 10) *--p = static_cast<char16_t>(u'0' + rest % 10);
-  *--p = u'.';
-  do {
-    *--p = static_cast<char16_t>(u'0' + rest % 10);
-    rest /= 10;
-  } while (rest != 0);
-  return std::u16string(p, end);
-}
-
 bool IsTextField(int field) {
   switch (field) {
     case kFieldClient:
@@ -108,7 +95,7 @@ std::u16string CellText(const TimeEntry& entry, int field, const Settings& setti
     case kFieldEntryDate:
       return locale.FormatShortDate(EntrySystemTime(entry));
     case kFieldDuration:
-      return FormatHundredthsOf(entry.duration);
+      return FormatHundredths(entry.duration);
     case kFieldBillable:
       return entry.billable ? u"Yes" : u"No";
     case kFieldPaid:
@@ -122,7 +109,7 @@ std::u16string CellText(const TimeEntry& entry, int field, const Settings& setti
     case kFieldNotes:
       return NoteBlobToText(entry.note.data(), entry.note.size());
     case kFieldRate:
-      return FormatHundredthsOf(entry.rate);
+      return FormatHundredths(entry.rate);
     default:
       return FieldText(entry, field);
   }
@@ -206,13 +193,7 @@ class GroupKey {
   bool IsText() const { return kind_ == Kind::kText || kind_ == Kind::kProjectTask; }
 
   int Compare(const GroupValue& a, const GroupValue& b) const {
-    if (IsText()) {
-      // The same spelling always collates equal; only differing texts need
-      // the locale.
-      if (a.text == b.text && a.second_text == b.second_text) return 0;
-      const int first = locale_.Compare(a.text, b.text);
-      return first != 0 ? first : locale_.Compare(a.second_text, b.second_text);
-    }
+    if (IsText()) return CompareTexts(a.text, a.second_text, b.text, b.second_text);
     return a.number < b.number ? -1 : a.number > b.number ? 1 : 0;
   }
 
@@ -220,9 +201,8 @@ class GroupKey {
   // open group's; the entry's value then becomes the open group's.
   bool StartsNewGroup(const TimeEntry& entry) {
     if (kind_ == Kind::kNone && open_) return false;
-    GroupValue v = ValueOf(entry);
-    if (open_ && Compare(v, current_) == 0) return false;
-    current_ = std::move(v);
+    if (open_ && SameAsOpenGroup(entry)) return false;
+    current_ = ValueOf(entry);
     first_entry_ = entry;
     open_ = true;
     return true;
@@ -244,6 +224,28 @@ class GroupKey {
  private:
   enum class Kind { kNone, kText, kProjectTask, kFlag, kNumber, kDate };
 
+  // The same spelling always collates equal; only differing texts need the
+  // locale.
+  int CompareTexts(std::u16string_view a, std::u16string_view a_second,
+                   std::u16string_view b, std::u16string_view b_second) const {
+    if (a == b && a_second == b_second) return 0;
+    const int first = locale_.Compare(a, b);
+    return first != 0 ? first : locale_.Compare(a_second, b_second);
+  }
+
+  // Compares the entry's texts where they stand, without copying them.
+  bool SameAsOpenGroup(const TimeEntry& entry) const {
+    switch (kind_) {
+      case Kind::kText:
+        return CompareTexts(FieldText(entry, field_), {}, current_.text, {}) == 0;
+      case Kind::kProjectTask:
+        return CompareTexts(entry.project, entry.task, current_.text,
+                            current_.second_text) == 0;
+      default:
+        return Compare(ValueOf(entry), current_) == 0;
+    }
+  }
+
   const Settings& settings_;
   const Locale& locale_;
   int field_ = -1;
@@ -256,6 +258,14 @@ class GroupKey {
 
 // --- The document ---
 
+// What one entry adds to the sums of its group and of the report.
+struct RowSums {
+  double hours;
+  double amount;
+  bool billable;
+  bool paid;
+};
+
 struct Sums {
   double billable_hours = 0;
   double non_billable_hours = 0;
@@ -263,11 +273,13 @@ struct Sums {
   double unpaid_amount = 0;
 };
 
+// Builds the document element by element into a MarkupStream: "html" and
+// "body" and each group's "table" stay open while their rows are written.
 class ReportBuilder {
  public:
   ReportBuilder(const HtmlReportRequest& request, const Settings& settings,
-                const Locale& locale)
-      : request_(request), settings_(settings), locale_(locale) {
+                const Locale& locale, MarkupStream& stream)
+      : request_(request), settings_(settings), locale_(locale), stream_(stream) {
     const ReportDefinition& d = request.definition;
     for (int slot = 0; slot < kReportFieldCount; ++slot) {
       const int field = d.ColumnField(slot);
@@ -277,21 +289,20 @@ class ReportBuilder {
 
   void Head() {
     const std::u16string title = request_.definition.Title();
-    doc_.AddElement(u"html");
-    doc_.AddAttribute(u"xmlns", kXhtmlNamespace);
-    doc_.AddChildElement(u"head");
-    doc_.IntoElement();
+    stream_.Open(u"html");
+    stream_.Attribute(u"xmlns", kXhtmlNamespace);
+    doc_.Clear();
+    doc_.AddElement(u"head");
     doc_.AddChildElement(u"title", title);
     doc_.AddChildElement(u"meta");
     doc_.AddChildAttribute(u"name", u"Generator");
     doc_.AddChildAttribute(u"content", u"Quillora");
     doc_.AddChildElement(u"style", kStyleText);
     doc_.AddChildAttribute(u"type", u"text/css");
-    doc_.OutOfElement();
-    doc_.AddChildElement(u"body");
-    doc_.IntoElement();
-    doc_.AddChildElement(u"h1", title);
-    doc_.AddChildElement(u"h2", DateLine());
+    stream_.Add(doc_);
+    stream_.Open(u"body");
+    Element(u"h1", title);
+    Element(u"h2", DateLine());
   }
 
   void OpenGroup(const std::u16string* heading) {
@@ -299,38 +310,34 @@ class ReportBuilder {
     group_amount_ = 0;
     if (heading != nullptr) {
       if (request_.definition.hide_group_title == 1) {
-        doc_.AddChildElement(u"hr");
+        Element(u"hr", {});
       } else {
-        doc_.AddChildElement(u"h3", *heading);
+        Element(u"h3", *heading);
       }
     }
-    doc_.AddChildElement(u"table");
-    doc_.AddChildAttribute(u"border", u"0");
-    doc_.AddChildAttribute(u"class", u"Data");
-    doc_.AddChildAttribute(u"cellpadding", u"2");
-    doc_.IntoElement();
-    doc_.AddChildElement(u"tr");
-    doc_.IntoElement();
+    stream_.Open(u"table");
+    stream_.Attribute(u"border", u"0");
+    stream_.Attribute(u"class", u"Data");
+    stream_.Attribute(u"cellpadding", u"2");
+    doc_.Clear();
+    doc_.AddElement(u"tr");
     for (int field : columns_) {
       doc_.AddChildElement(u"th", FieldLabel(field, settings_));
       doc_.AddChildAttribute(u"class", u"Data");
     }
-    doc_.OutOfElement();
+    stream_.Add(doc_);
   }
 
-  void Entry(const TimeEntry& entry) {
-    const double hours = entry.duration * 0.01;
-    const double amount = EntryAmount(entry, settings_);
-    group_hours_ += hours;
-    group_amount_ += amount;
-    if (entry.billable) {
-      sums_.billable_hours += hours;
-      (entry.paid ? sums_.paid_amount : sums_.unpaid_amount) += amount;
-    } else {
-      sums_.non_billable_hours += hours;
-    }
-    doc_.AddChildElement(u"tr");
-    doc_.IntoElement();
+  // The row of an entry and what it adds to the sums.
+  RowSums SumsOf(const TimeEntry& entry) const {
+    return {entry.duration * 0.01, EntryAmount(entry, settings_), entry.billable,
+            entry.paid};
+  }
+
+  // Builds the row of an entry; its text stays valid until the next row.
+  std::u16string_view Row(const TimeEntry& entry, double amount) {
+    doc_.Clear();
+    doc_.AddElement(u"tr");
     for (int field : columns_) {
       if (IsTextField(field)) {
         Cell(FieldText(entry, field), false);
@@ -340,14 +347,32 @@ class ReportBuilder {
              IsRightAligned(field));
       }
     }
-    doc_.OutOfElement();
+    return doc_.DocumentText();
   }
 
-  // The total row of the open table (or of "body" when none was opened), then
-  // one step out.
+  void Entry(const TimeEntry& entry) {
+    const RowSums sums = SumsOf(entry);
+    BuiltEntry(Row(entry, sums.amount), sums);
+  }
+
+  // A row built earlier, counted in the sums where it is written.
+  void BuiltEntry(std::u16string_view row, const RowSums& sums) {
+    group_hours_ += sums.hours;
+    group_amount_ += sums.amount;
+    if (sums.billable) {
+      sums_.billable_hours += sums.hours;
+      (sums.paid ? sums_.paid_amount : sums_.unpaid_amount) += sums.amount;
+    } else {
+      sums_.non_billable_hours += sums.hours;
+    }
+    stream_.Add(row);
+  }
+
+  // The total row of the open table, which it closes; when no table was
+  // opened the row goes into "body", and "body" is closed instead.
   void CloseGroup() {
-    doc_.AddChildElement(u"tr");
-    doc_.IntoElement();
+    doc_.Clear();
+    doc_.AddElement(u"tr");
     // The word stands in the first cell whatever its column holds.
     Cell(kTotalText, false);
     for (std::size_t i = 1; i < columns_.size(); ++i) {
@@ -359,14 +384,14 @@ class ReportBuilder {
         Cell(u" ", false);
       }
     }
-    doc_.OutOfElement();
-    doc_.OutOfElement();
+    stream_.Add(doc_);
+    stream_.Close();
   }
 
   void Footer() {
     const ReportDefinition& d = request_.definition;
-    doc_.AddChildElement(u"p");
-    doc_.IntoElement();
+    doc_.Clear();
+    doc_.AddElement(u"p");
     const struct {
       std::uint16_t hidden;
       const char16_t* label;
@@ -391,13 +416,19 @@ class ReportBuilder {
                                         locale_.FormatShortDate(request_.today));
       doc_.AddChildAttribute(u"style", u"font-size : xx-small;");
     }
+    stream_.Add(doc_);
   }
-
-  std::u16string Text() const { return doc_.DocumentText(); }
 
  private:
   static bool IsRightAligned(int field) {
     return field == kFieldAmount || field == kFieldDuration || field == kFieldRate;
+  }
+
+  // An element of its own with a text (or none).
+  void Element(std::u16string_view name, std::u16string_view text) {
+    doc_.Clear();
+    doc_.AddElement(name, text);
+    stream_.Add(doc_);
   }
 
   void Cell(std::u16string_view text, bool right) {
@@ -421,16 +452,14 @@ class ReportBuilder {
   const HtmlReportRequest& request_;
   const Settings& settings_;
   const Locale& locale_;
+  MarkupStream& stream_;
+  // The element being built: the head, a heading, a row, the footer.
   MarkupDocument doc_;
   std::vector<int> columns_;
   Sums sums_;
   double group_hours_ = 0;
   double group_amount_ = 0;
 };
-
-bool ReadEntryById(EntryStore& entries, ObjectId id, TimeEntry* entry) {
-  return entries.Seek(SeekType::kObjectId, id) == id && ReadEntry(entries, entry) == 0;
-}
 
 // The report's walk: from the first entry whose start is strictly later than
 // the range's start (an entry that starts exactly there is not reached, as in
@@ -443,66 +472,122 @@ void WalkReportRange(EntryStore& entries, const HtmlReportRequest& request,
   FileTime start = 0;
   FileTime end = 0;
   if (!RangeToFileTimes(request.range, &start, &end)) return;
-  TimeEntry entry;
-  for (ObjectId id = entries.SeekValue(SeekType::kValueGreater,
-                                       PropValue::Number(kPropStart, start));
-       id != 0; id = entries.Seek(SeekType::kCurrent, 1)) {
-    if (ReadEntry(entries, &entry) != 0 || entry.start > end) break;
-    if (Matches(request.criteria, entry, locale)) visit(entry);
+  EntryReadAhead read(entries, start, end);
+  while (TimeEntry* entry = read.Next()) {
+    if (Matches(request.criteria, *entry, locale)) visit(*entry);
   }
 }
 
-// The places of `values` in report order: a stable sort by the group key.
-// Text values are ranked once per distinct spelling (the locale orders the
-// few distinct spellings, spellings it finds equal share a rank), then the
-// entries are ordered by rank, which gives exactly the order of a stable sort
-// with the locale's comparison at a fraction of the comparisons.
-std::vector<std::size_t> ReportOrder(const GroupKey& key,
-                                     const std::vector<GroupValue>& values) {
-  std::vector<std::size_t> order(values.size());
-  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-  if (!key.IsText()) {
-    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-      return values[a].number < values[b].number;
-    });
-    return order;
+// The rows of a sorted report, built during the walk and kept in one bucket
+// per distinct group value (walk order within each), then handed out in
+// report order: the order of a stable sort by the group key. The locale
+// orders only the distinct values; values it finds equal make one group,
+// whose rows come in walk order. A row does not depend on its place, so
+// building the rows overlaps the reading of the entries.
+class GroupBuckets {
+ public:
+  explicit GroupBuckets(const GroupKey& key) : key_(key) {}
+
+  void Add(const TimeEntry& entry, std::u16string_view row, const RowSums& sums) {
+    const auto [it, added] = index_.try_emplace(key_.ValueOf(entry), buckets_.size());
+    if (added) buckets_.push_back({&it->first, entry, walked_, {}, {}});
+    Bucket& bucket = buckets_[it->second];
+    // The rows lie in blocks that are never moved once written.
+    if (bucket.blocks.empty() ||
+        bucket.blocks.back().size() + row.size() > bucket.blocks.back().capacity()) {
+      bucket.blocks.emplace_back().reserve(std::max(kBlockSize, row.size()));
+    }
+    std::u16string& block = bucket.blocks.back();
+    bucket.rows.push_back({walked_++, bucket.blocks.size() - 1, block.size(), row.size(), sums});
+    block.append(row);
   }
-  struct SpellingHash {
+
+  // Calls visit(first entry of the group, row, sums) for every row in
+  // report order.
+  template <typename Visit>
+  void ForEachInOrder(Visit&& visit) {
+    std::vector<std::size_t> order(buckets_.size());
+    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+      return key_.Compare(*buckets_[a].value, *buckets_[b].value) < 0;
+    });
+    for (std::size_t first = 0; first < order.size();) {
+      std::size_t last = first + 1;
+      while (last < order.size() && key_.Compare(*buckets_[order[first]].value,
+                                                 *buckets_[order[last]].value) == 0) {
+        ++last;
+      }
+      if (last == first + 1) {
+        const Bucket& bucket = buckets_[order[first]];
+        for (const Row& row : bucket.rows) {
+          visit(bucket.first, TextOf(bucket, row), row.sums);
+        }
+      } else {
+        VisitMerged(order.begin() + first, order.begin() + last, visit);
+      }
+      first = last;
+    }
+  }
+
+ private:
+  static constexpr std::size_t kBlockSize = 32 * 1024;
+
+  struct Row {
+    std::size_t walked;
+    std::size_t block;
+    std::size_t at;
+    std::size_t length;
+    RowSums sums;
+  };
+  struct Bucket {
+    const GroupValue* value;
+    TimeEntry first;
+    std::size_t first_walked;
+    std::vector<Row> rows;
+    std::vector<std::u16string> blocks;
+  };
+
+  static std::u16string_view TextOf(const Bucket& bucket, const Row& row) {
+    return std::u16string_view(bucket.blocks[row.block]).substr(row.at, row.length);
+  }
+
+  // The rows of buckets that make one group, merged back into walk order;
+  // the group's first entry is the earliest of theirs.
+  template <typename Iterator, typename Visit>
+  void VisitMerged(Iterator begin, Iterator end, Visit& visit) {
+    const Bucket* earliest = &buckets_[*begin];
+    std::vector<std::pair<const Row*, const Bucket*>> merged;
+    for (Iterator it = begin; it != end; ++it) {
+      const Bucket& bucket = buckets_[*it];
+      if (bucket.first_walked < earliest->first_walked) earliest = &bucket;
+      for (const Row& row : bucket.rows) merged.emplace_back(&row, &bucket);
+    }
+    std::sort(merged.begin(), merged.end(),
+              [](const auto& a, const auto& b) { return a.first->walked < b.first->walked; });
+    for (const auto& [row, bucket] : merged) {
+      visit(earliest->first, TextOf(*bucket, *row), row->sums);
+    }
+  }
+
+  struct ValueHash {
     std::size_t operator()(const GroupValue& v) const {
-      const std::size_t h = std::hash<std::u16string>()(v.text);
+      const std::size_t h =
+          std::hash<std::u16string>()(v.text) ^ std::hash<std::uint64_t>()(v.number);
       return h ^ (std::hash<std::u16string>()(v.second_text) + 0x9e3779b97f4a7c15ULL +
                   (h << 6) + (h >> 2));
     }
   };
-  struct SpellingEqual {
+  struct ValueEqual {
     bool operator()(const GroupValue& a, const GroupValue& b) const {
-      return a.text == b.text && a.second_text == b.second_text;
+      return a.number == b.number && a.text == b.text && a.second_text == b.second_text;
     }
   };
-  std::unordered_map<GroupValue, std::size_t, SpellingHash, SpellingEqual> spelling;
-  std::vector<std::size_t> spelling_of(values.size());
-  std::vector<const GroupValue*> distinct;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const auto [it, added] = spelling.try_emplace(values[i], distinct.size());
-    if (added) distinct.push_back(&it->first);
-    spelling_of[i] = it->second;
-  }
-  std::vector<std::size_t> by_value(distinct.size());
-  for (std::size_t i = 0; i < by_value.size(); ++i) by_value[i] = i;
-  std::stable_sort(by_value.begin(), by_value.end(), [&](std::size_t a, std::size_t b) {
-    return key.Compare(*distinct[a], *distinct[b]) < 0;
-  });
-  std::vector<std::size_t> rank(distinct.size());
-  for (std::size_t i = 0; i < by_value.size(); ++i) {
-    const bool same =
-        i > 0 && key.Compare(*distinct[by_value[i - 1]], *distinct[by_value[i]]) == 0;
-    rank[by_value[i]] = same ? rank[by_value[i - 1]] : i;
-  }
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return rank[spelling_of[a]] < rank[spelling_of[b]];
-  });
-  return order;
-}
+
+  const GroupKey& key_;
+  std::unordered_map<GroupValue, std::size_t, ValueHash, ValueEqual> index_;
+  std::deque<Bucket> buckets_;
+  std::size_t walked_ = 0;
+};
 
 // Feeds the builder entry by entry in report order, opening and closing the
 // groups of a "Group By Field" report.
@@ -518,21 +603,31 @@ class ReportFeed {
   }
 
   void Add(const TimeEntry& entry) {
+    StartGroupIfNew(entry);
+    builder_.Entry(entry);
+  }
+
+  // A row built earlier; `group_first` is the first entry of its group.
+  void AddBuilt(const TimeEntry& group_first, std::u16string_view row,
+                const RowSums& sums) {
+    StartGroupIfNew(group_first);
+    builder_.BuiltEntry(row, sums);
+  }
+
+  void StartGroupIfNew(const TimeEntry& entry) {
     if (grouped_ && key_.StartsNewGroup(entry)) {
       if (open_) builder_.CloseGroup();
       const std::u16string heading = key_.HeadingText();
       builder_.OpenGroup(&heading);
       open_ = true;
     }
-    builder_.Entry(entry);
   }
 
-  std::u16string Finish() {
-    // Without any group the total row goes straight into "body" and the step
-    // out leaves "body", so the footer follows it inside "html".
+  void Finish() {
+    // Without any group the total row goes straight into "body" and "body"
+    // is closed, so the footer follows it inside "html".
     builder_.CloseGroup();
     builder_.Footer();
-    return builder_.Text();
   }
 
  private:
@@ -542,96 +637,100 @@ class ReportFeed {
   bool open_ = false;
 };
 
-// The report in one pass over the store: each entry is read once. Entries in
-// store order go to the document as they are read; a sorted report keeps them
-// with their group values until the walk ends.
-std::u16string SelectAndBuild(EntryStore& entries, const HtmlReportRequest& request,
-                              const Settings& settings, const Locale& locale) {
-  const GroupKey key(request.definition, settings, locale);
-  const bool sort =
-      request.definition.detail_type == kReportGroupByField && key.NeedsSort();
-  ReportBuilder builder(request, settings, locale);
-  ReportFeed feed(builder, request, settings, locale);
-  if (!sort) {
-    WalkReportRange(entries, request, locale,
-                    [&](const TimeEntry& entry) { feed.Add(entry); });
-    return feed.Finish();
+// The text with every "/>" written as " />". A '/' that ends a piece waits
+// for the next one.
+class SpacedCloser {
+ public:
+  // The piece as it is written; valid until the next call.
+  std::u16string_view Spaced(std::u16string_view piece) {
+    text_.clear();
+    if (held_) text_.append(!piece.empty() && piece[0] == u'>' ? u" /" : u"/");
+    held_ = !piece.empty() && piece.back() == u'/';
+    if (held_) piece.remove_suffix(1);
+    // The runs between the "/>" are copied whole.
+    std::size_t copied = 0;
+    for (std::size_t i = 0; i + 1 < piece.size(); ++i) {
+      if (piece[i] == u'/' && piece[i + 1] == u'>') {
+        text_.append(piece.substr(copied, i - copied)).push_back(u' ');
+        copied = i;
+      }
+    }
+    text_.append(piece.substr(copied));
+    return text_;
   }
-  std::vector<TimeEntry> kept;
-  std::vector<GroupValue> values;
-  WalkReportRange(entries, request, locale, [&](const TimeEntry& entry) {
-    values.push_back(key.ValueOf(entry));
-    kept.push_back(entry);
-  });
-  for (std::size_t i : ReportOrder(key, values)) feed.Add(kept[i]);
-  return feed.Finish();
-}
+
+  // What is still held at the end.
+  std::u16string_view Rest() const { return held_ ? u"/" : u""; }
+
+ private:
+  std::u16string text_;
+  bool held_ = false;
+};
 
 }  // namespace
 
-std::vector<ObjectId> SelectReportEntries(EntryStore& entries,
-                                          const HtmlReportRequest& request,
-                                          const Settings& settings,
-                                          const Locale& locale) {
+bool StreamHtmlReport(EntryStore& entries, const HtmlReportRequest& request,
+                      const Settings& settings, const Locale& locale,
+                      const MarkupStream::Sink& sink) {
+  MarkupStream stream(sink);
+  ReportBuilder builder(request, settings, locale, stream);
+  ReportFeed feed(builder, request, settings, locale);
   const GroupKey key(request.definition, settings, locale);
   const bool sort =
       request.definition.detail_type == kReportGroupByField && key.NeedsSort();
-  std::vector<ObjectId> ids;
-  std::vector<GroupValue> values;
-  WalkReportRange(entries, request, locale, [&](const TimeEntry& entry) {
-    ids.push_back(entry.recordId);
-    if (sort) values.push_back(key.ValueOf(entry));
+  if (!sort) {
+    // Entries in store order go to the document as they are read.
+    WalkReportRange(entries, request, locale, [&](const TimeEntry& entry) {
+      if (stream.ok()) feed.Add(entry);
+    });
+  } else {
+    // A sorted report builds its rows as the entries are read and writes
+    // them in order once the walk has ended; each entry is read once.
+    GroupBuckets buckets(key);
+    WalkReportRange(entries, request, locale, [&](const TimeEntry& entry) {
+      const RowSums sums = builder.SumsOf(entry);
+      buckets.Add(entry, builder.Row(entry, sums.amount), sums);
+    });
+    buckets.ForEachInOrder(
+        [&](const TimeEntry& group_first, std::u16string_view row, const RowSums& sums) {
+          if (stream.ok()) feed.AddBuilt(group_first, row, sums);
+        });
+  }
+  feed.Finish();
+  return stream.Finish();
+}
+
+std::u16string HtmlReportDocument(EntryStore& entries, const HtmlReportRequest& request,
+                                  const Settings& settings, const Locale& locale) {
+  std::u16string document;
+  StreamHtmlReport(entries, request, settings, locale, [&](std::u16string_view piece) {
+    document.append(piece);
+    return true;
   });
-  if (!sort) return ids;
-  std::vector<ObjectId> sorted;
-  sorted.reserve(ids.size());
-  for (std::size_t i : ReportOrder(key, values)) sorted.push_back(ids[i]);
-  return sorted;
-}
-
-std::u16string BuildHtmlReport(EntryStore& entries, const std::vector<ObjectId>& ids,
-                               const HtmlReportRequest& request, const Settings& settings,
-                               const Locale& locale) {
-  ReportBuilder builder(request, settings, locale);
-  ReportFeed feed(builder, request, settings, locale);
-  TimeEntry entry;
-  for (ObjectId id : ids) {
-    if (ReadEntryById(entries, id, &entry)) feed.Add(entry);
-  }
-  return feed.Finish();
-}
-
-bool WriteHtmlReport(FileSystem& files, const std::string& path,
-                     const std::u16string& document, int code_page) {
-  // Counted first, so the text is allocated once at its final size; the runs
-  // between the "/>" are copied whole.
-  const std::size_t size = document.size();
-  std::size_t closers = 0;
-  for (std::size_t i = 0; i + 1 < size; ++i) {
-    if (document[i] == u'/' && document[i + 1] == u'>') ++closers;
-  }
-  std::u16string text;
-  text.reserve(size + closers);
-  std::size_t copied = 0;
-  for (std::size_t i = 0; i + 1 < size; ++i) {
-    if (document[i] == u'/' && document[i + 1] == u'>') {
-      text.append(document, copied, i - copied).push_back(u' ');
-      copied = i;
-    }
-  }
-  text.append(document, copied, size - copied);
-  NarrowTextWriter writer(files, code_page);
-  if (!writer.Open(path)) return false;
-  const bool doctype_ok = writer.Write(kHtmlReportDoctype);
-  const bool document_ok = writer.Write(text);
-  return writer.Close() && doctype_ok && document_ok;
+  return document;
 }
 
 bool GenerateHtmlReport(EntryStore& entries, FileSystem& files, const std::string& path,
                         const HtmlReportRequest& request, const Settings& settings,
                         const Locale& locale) {
-  const std::u16string document = SelectAndBuild(entries, request, settings, locale);
-  return WriteHtmlReport(files, path, document, locale.AnsiCodePage());
+  NarrowTextWriter writer(files, locale.AnsiCodePage());
+  if (!writer.Open(path)) return false;
+  // The document is written even when the document type could not be.
+  const bool doctype_ok = writer.Write(kHtmlReportDoctype);
+  SpacedCloser closer;
+  // The pieces are converted and written on a second thread while the next
+  // ones are built.
+  TextPipe pipe([&](std::u16string_view piece) {
+    return writer.WritePart(closer.Spaced(piece));
+  });
+  const bool streamed =
+      StreamHtmlReport(entries, request, settings, locale,
+                       [&](std::u16string_view piece) { return pipe.Put(piece); });
+  const bool piped = pipe.Finish();
+  const std::u16string_view rest = closer.Rest();
+  const bool document_ok =
+      streamed && piped && (rest.empty() || writer.WritePart(rest)) && writer.EndParts();
+  return writer.Close() && doctype_ok && document_ok;
 }
 
 }  // namespace quillora

@@ -1,6 +1,7 @@
 // HTML reports: the entries of a date range that pass the report's criteria,
-// laid out by a report definition, built with MarkupDocument and written one
-// byte per character in the ANSI code page.
+// laid out by a report definition, built element by element with
+// MarkupDocument and written as it is built, one byte per character in the
+// ANSI code page.
 //
 // "Group By Field" reports give one table per group (an "h3" heading or an
 // "hr" above it, a total row below); "Tabular" reports give one table of all
@@ -15,6 +16,7 @@
 #include "periods/periods.h"
 #include "platform/file.h"
 #include "platform/locale.h"
+#include "reports/markup_stream.h"
 #include "reports/report_definition.h"
 #include "store/record_store.h"
 #include "store/settings.h"
@@ -38,33 +40,27 @@ struct HtmlReportRequest {
   SystemTime today;
 };
 
-// The identifiers of the entries the report lists, in report order: the walk
+// Walks the entries and builds the report document (before "/>" becomes
+// " />"), handing its text to `sink` piece by piece as it grows. The walk
 // starts at the first entry whose start is strictly later than the range's
-// start and stops at the first entry later than its end; entries that pass the
-// criteria are kept; a "Group By Field" report sorts them by its group-by
-// field (stable, so entries of one group stay in date order), except when it
-// groups by the entry date. A walk that cannot begin gives no entries.
-std::vector<ObjectId> SelectReportEntries(EntryStore& entries,
-                                          const HtmlReportRequest& request,
-                                          const Settings& settings, const Locale& locale);
+// start and stops at the first entry later than its end; entries that pass
+// the criteria are listed; a "Group By Field" report sorts them by its
+// group-by field (stable, so entries of one group stay in date order),
+// except when it groups by the entry date. False when the sink refused a
+// piece; nothing more is built then.
+bool StreamHtmlReport(EntryStore& entries, const HtmlReportRequest& request,
+                      const Settings& settings, const Locale& locale,
+                      const MarkupStream::Sink& sink);
 
-// The report document (before "/>" becomes " />") for those entries, each
-// read again from the store by its identifier (one that cannot be read is
-// left out).
-std::u16string BuildHtmlReport(EntryStore& entries, const std::vector<ObjectId>& ids,
-                               const HtmlReportRequest& request, const Settings& settings,
-                               const Locale& locale);
+// The whole report document (before "/>" becomes " />") in one text.
+std::u16string HtmlReportDocument(EntryStore& entries, const HtmlReportRequest& request,
+                                  const Settings& settings, const Locale& locale);
 
-// Creates or truncates `path` and writes the document type and the document
-// with every "/>" written as " />", each converted to the ANSI code page
-// `code_page` one byte per character. True only when the file was created,
-// both writes succeeded and the file was closed; a failure leaves what was
-// written in place.
-bool WriteHtmlReport(FileSystem& files, const std::string& path,
-                     const std::u16string& document, int code_page);
-
-// Selects, builds and writes. False when the output file cannot be created or
-// a write fails (the caller shows "Report generation has failed.").
+// Creates or truncates `path` and writes the document type and the document,
+// every "/>" written as " />", converted to the ANSI code page one byte per
+// character, as the report is built. False when the output file cannot be
+// created, a write fails or the file cannot be closed (the caller shows
+// "Report generation has failed."); a failure leaves what was written.
 bool GenerateHtmlReport(EntryStore& entries, FileSystem& files, const std::string& path,
                         const HtmlReportRequest& request, const Settings& settings,
                         const Locale& locale);

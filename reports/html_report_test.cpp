@@ -235,20 +235,20 @@ TEST_F(HtmlReportTest, WalkStartsStrictlyAfterTheRangeStartAndAppliesTheCriteria
   Add(Entry(9, 0, 0, 0, u"Acme", u"After", 10, 0, true, false));
   HtmlReportRequest request = Request(SmallDefinition());
   request.criteria.client = u"Acme";
-  const auto ids = SelectReportEntries(entries_, request, settings_, *locale_);
+  const std::u16string document =
+      HtmlReportDocument(entries_, request, settings_, *locale_);
   std::vector<std::u16string> tasks;
-  for (ObjectId id : ids) {
-    TimeEntry e;
-    ASSERT_EQ(entries_.Seek(SeekType::kObjectId, id), id);
-    ASSERT_EQ(ReadEntry(entries_, &e), 0);
-    tasks.push_back(e.task);
+  for (const char16_t* task :
+       {u"At the start", u"Just after", u"Other client", u"At the end", u"After"}) {
+    if (document.find(std::u16string(u">") + task + u"<") != std::u16string::npos) {
+      tasks.push_back(task);
+    }
   }
   EXPECT_EQ(tasks, (std::vector<std::u16string>{u"Just after", u"At the end"}));
 }
 
 // A sorted report lists its entries in the order of a stable sort by the
-// locale's comparison of the group value, whatever shortcut it takes; and
-// the report built from the selected ids is the same file.
+// locale's comparison of the group value, whatever shortcut it takes.
 TEST_F(HtmlReportTest, GroupOrderIsTheStableSortByTheLocale) {
   const std::u16string clients[] = {u"beta", u"Beta",      u"Acme",       u"acme",
                                     u"Zed",  u"Caf\u00e9", u"Cafe\u0301", u"\u00c4hre"};
@@ -283,13 +283,6 @@ TEST_F(HtmlReportTest, GroupOrderIsTheStableSortByTheLocale) {
     EXPECT_EQ(listed[i], expected[i].task) << "row " << i;
   }
 
-  const auto ids = SelectReportEntries(entries_, request, settings_, *locale_);
-  const std::string path = dir_.File("by-ids.htm");
-  ASSERT_TRUE(
-      WriteHtmlReport(FileSystem::Posix(), path,
-                      BuildHtmlReport(entries_, ids, request, settings_, *locale_),
-                      locale_->AnsiCodePage()));
-  EXPECT_EQ(testing::ReadFileBytes(path), html);
 }
 
 TEST_F(HtmlReportTest, CellTextsOfEveryField) {
