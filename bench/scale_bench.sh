@@ -10,6 +10,8 @@
 # BUILD_DIR needs quillora and bench/quillora_make_store (a Release build
 # with -DQUILLORA_BENCH=ON). Prints one Markdown table row per operation and
 # N: | operation | N | CPU s | wall s | peak MB |. Stores are made under $SCALE_TMP (default /tmp) and removed afterwards.
+# SCALE_ONLY=REGEX measures only the operations whose names match, e.g.
+# SCALE_ONLY='export|report|backup'.
 set -euo pipefail
 build=$(cd "$1" && pwd); shift
 q="$build/quillora"
@@ -21,6 +23,7 @@ export QUILLORA_LOCALE=en-US QUILLORA_NOW=2025-06-18T10:00:00
 # measure NAME DATA_DIR ARGS...: prints "| NAME | N | CPU s | wall s | MB |".
 measure() {
   local name=$1 data=$2; shift 2
+  if [[ -n "${SCALE_ONLY:-}" && ! "$name" =~ $SCALE_ONLY ]]; then return; fi
   /usr/bin/time -f "%U %S %e %M" "$q" --data-dir "$data" --yes "$@" >/dev/null 2>"$tmp/err" || true
   local user sys wall kb
   read -r user sys wall kb <<<"$(tail -n 1 "$tmp/err")"
