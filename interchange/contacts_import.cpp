@@ -58,8 +58,10 @@ bool DeviceContactsSource::ReadContacts(std::vector<ContactRow>* rows) {
     row.record_id = record;
     for (PropValue& value : props) {
       if (value.flags & kPropNotFound) continue;
-      if (value.id == kPropContactFileAs) row.file_as = std::move(value.text);
-      if (value.id == kPropContactCompany) row.company = std::move(value.text);
+      if (value.id == kPropContactFileAs)
+        row.file_as = std::move(value.text);
+      else if (value.id == kPropContactCompany)
+        row.company = std::move(value.text);
     }
     rows->push_back(std::move(row));
   }

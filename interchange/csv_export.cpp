@@ -107,8 +107,7 @@ std::u16string CsvEntryLine(const TimeEntry& entry, const Settings& settings,
   AppendField(&line, entry.currency);
   // A non-billable entry still shows its rate; only its type and amount are
   // left out.
-  AppendField(&line,
-              entry.rate != 0 ? FormatHundredths(entry.rate) : std::u16string());
+  AppendField(&line, entry.rate != 0 ? FormatHundredths(entry.rate) : std::u16string());
   AppendField(&line, entry.billable ? FormatInteger(entry.rateType) : std::u16string());
   AppendField(&line, entry.billable ? FormatTwoDecimals(EntryAmount(entry, settings))
                                     : std::u16string());

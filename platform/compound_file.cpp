@@ -117,7 +117,7 @@ class BlockWriter {
   }
 
  private:
-  static constexpr size_t kBlock = 64 * 1024;
+  static constexpr size_t kBlock = size_t{64} * 1024;
   CompoundSink* sink_;
   std::string block_;
   uint64_t written_ = 0;
@@ -594,7 +594,7 @@ class CompoundReader::Checker {
     }
     std::vector<uint32_t> fat_sectors;
     for (uint32_t i = 0; i < fat_count && i < kHeaderDifatEntries; ++i) {
-      fat_sectors.push_back(Get32(h + 0x4C + 4 * i));
+      fat_sectors.push_back(Get32(h + 0x4C + 4 * size_t{i}));
     }
     uint32_t difat = Get32(h + 0x44);
     while (fat_sectors.size() < fat_count) {
@@ -602,15 +602,16 @@ class CompoundReader::Checker {
       const char* p = Sector(difat);
       for (uint32_t k = 0; k < kIdsPerDifatSector && fat_sectors.size() < fat_count;
            ++k) {
-        fat_sectors.push_back(Get32(p + 4 * k));
+        fat_sectors.push_back(Get32(p + 4 * size_t{k}));
       }
-      difat = Get32(p + 4 * kIdsPerDifatSector);
+      difat = Get32(p + 4 * size_t{kIdsPerDifatSector});
     }
     r_->fat_.reserve(uint64_t{fat_count} * kIdsPerSector);
     for (uint32_t s : fat_sectors) {
       if (!Claim(s, "FAT")) return false;
       const char* p = Sector(s);
-      for (uint32_t k = 0; k < kIdsPerSector; ++k) r_->fat_.push_back(Get32(p + 4 * k));
+      for (uint32_t k = 0; k < kIdsPerSector; ++k)
+        r_->fat_.push_back(Get32(p + 4 * size_t{k}));
     }
     // Sectors past the FAT's reach cannot belong to any chain.
     sectors_ = static_cast<uint32_t>(std::min<uint64_t>(sectors_, r_->fat_.size()));
@@ -640,7 +641,7 @@ class CompoundReader::Checker {
     r_->mini_fat_.reserve(uint64_t{count} * kIdsPerSector);
     for (uint32_t s : sectors) {
       for (uint32_t k = 0; k < kIdsPerSector; ++k) {
-        r_->mini_fat_.push_back(Get32(Sector(s) + 4 * k));
+        r_->mini_fat_.push_back(Get32(Sector(s) + 4 * size_t{k}));
       }
     }
     return true;

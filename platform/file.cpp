@@ -50,7 +50,7 @@ class PosixWritableFile : public WritableFile {
   }
 
  private:
-  static constexpr std::size_t kBlock = 64 * 1024;
+  static constexpr std::size_t kBlock = std::size_t{64} * 1024;
 
   bool Flush() {
     if (failed_) return false;

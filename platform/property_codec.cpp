@@ -133,8 +133,9 @@ bool DecodeProps(std::string_view bytes, PropList* out) {
       if (type == kPropString) {
         p.text.resize(n);
         for (std::uint32_t k = 0; k < n; ++k) {
-          p.text[k] = static_cast<char16_t>(static_cast<unsigned char>(data[2 * k]) |
-                                            static_cast<unsigned char>(data[2 * k + 1]) << 8);
+          p.text[k] = static_cast<char16_t>(
+              static_cast<unsigned char>(data[2 * std::size_t{k}]) |
+              static_cast<unsigned char>(data[2 * std::size_t{k} + 1]) << 8);
         }
       } else {
         p.blob.assign(reinterpret_cast<const std::uint8_t*>(data),

@@ -5,7 +5,9 @@
 namespace quillora {
 
 TextPipe::TextPipe(Sink sink, std::size_t depth)
-    : sink_(std::move(sink)), depth_(depth == 0 ? 1 : depth), thread_([this] { Run(); }) {}
+    : sink_(std::move(sink)),
+      depth_(depth == 0 ? 1 : depth),
+      thread_([this] { Run(); }) {}
 
 TextPipe::~TextPipe() { Finish(); }
 

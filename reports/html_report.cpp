@@ -498,7 +498,8 @@ class GroupBuckets {
       bucket.blocks.emplace_back().reserve(std::max(kBlockSize, row.size()));
     }
     std::u16string& block = bucket.blocks.back();
-    bucket.rows.push_back({walked_++, bucket.blocks.size() - 1, block.size(), row.size(), sums});
+    bucket.rows.push_back(
+        {walked_++, bucket.blocks.size() - 1, block.size(), row.size(), sums});
     block.append(row);
   }
 
@@ -562,8 +563,9 @@ class GroupBuckets {
       if (bucket.first_walked < earliest->first_walked) earliest = &bucket;
       for (const Row& row : bucket.rows) merged.emplace_back(&row, &bucket);
     }
-    std::sort(merged.begin(), merged.end(),
-              [](const auto& a, const auto& b) { return a.first->walked < b.first->walked; });
+    std::sort(merged.begin(), merged.end(), [](const auto& a, const auto& b) {
+      return a.first->walked < b.first->walked;
+    });
     for (const auto& [row, bucket] : merged) {
       visit(earliest->first, TextOf(*bucket, *row), row->sums);
     }
@@ -720,9 +722,8 @@ bool GenerateHtmlReport(EntryStore& entries, FileSystem& files, const std::strin
   SpacedCloser closer;
   // The pieces are converted and written on a second thread while the next
   // ones are built.
-  TextPipe pipe([&](std::u16string_view piece) {
-    return writer.WritePart(closer.Spaced(piece));
-  });
+  TextPipe pipe(
+      [&](std::u16string_view piece) { return writer.WritePart(closer.Spaced(piece)); });
   const bool streamed =
       StreamHtmlReport(entries, request, settings, locale,
                        [&](std::u16string_view piece) { return pipe.Put(piece); });

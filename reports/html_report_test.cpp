@@ -282,7 +282,6 @@ TEST_F(HtmlReportTest, GroupOrderIsTheStableSortByTheLocale) {
   for (std::size_t i = 0; i < expected.size(); ++i) {
     EXPECT_EQ(listed[i], expected[i].task) << "row " << i;
   }
-
 }
 
 TEST_F(HtmlReportTest, CellTextsOfEveryField) {

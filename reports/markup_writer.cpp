@@ -96,7 +96,8 @@ void AppendEscapedMarkup(std::u16string* out, std::u16string_view text,
   // One bit for each character below 64 that is replaced.
   constexpr std::uint64_t kData = (1ull << u'<') | (1ull << u'&') | (1ull << u'>');
   constexpr std::uint64_t kAttribute = kData | (1ull << u'\'') | (1ull << u'"');
-  const std::uint64_t replaced = mode == MarkupEscapeMode::kAttribute ? kAttribute : kData;
+  const std::uint64_t replaced =
+      mode == MarkupEscapeMode::kAttribute ? kAttribute : kData;
   std::size_t copied = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t c = text[i];
@@ -279,8 +280,8 @@ char16_t* MarkupDocument::MakeRoom(std::int32_t offset, std::int32_t replaced,
   const auto at = static_cast<std::size_t>(offset);
   const auto old_size = static_cast<std::size_t>(size);
   const std::size_t tail = old_size - at - static_cast<std::size_t>(replaced);
-  const std::size_t new_size = old_size - static_cast<std::size_t>(replaced) +
-                               static_cast<std::size_t>(length);
+  const std::size_t new_size =
+      old_size - static_cast<std::size_t>(replaced) + static_cast<std::size_t>(length);
   if (new_size > text_.capacity()) {
     // A document is written by many small insertions: growing four-fold
     // copies the text a third as often as doubling.

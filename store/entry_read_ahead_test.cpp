@@ -43,7 +43,8 @@ TEST_F(EntryReadAheadTest, ReadsTheRangeInStoreOrderAcrossBatches) {
     AddAt(1000 + i * 10, task);
     if (i > 0 && i <= 40) inside.push_back(task);
   }
-  for (std::size_t batch : {std::size_t{1}, std::size_t{3}, std::size_t{7}, std::size_t{256}}) {
+  for (std::size_t batch :
+       {std::size_t{1}, std::size_t{3}, std::size_t{7}, std::size_t{256}}) {
     EXPECT_EQ(Read(1000, 1400, batch), inside) << "batch " << batch;
   }
   EXPECT_TRUE(Read(5000, 6000, 4).empty());

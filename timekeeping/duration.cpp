@@ -5,9 +5,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <iterator>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <limits>
 
 #include "platform/char_class.h"
@@ -214,8 +214,8 @@ std::u16string FormatTwoDecimals(double value) {
   // std::to_chars with a precision writes what printf's "%.2f" writes, much
   // faster.
   char buf[512];  // "%.2f" of the largest double needs 312 bytes
-  const auto result = std::to_chars(buf, buf + sizeof buf, value,
-                                    std::chars_format::fixed, 2);
+  const auto result =
+      std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, 2);
   if (result.ec != std::errc()) return FormatNarrow("%.02f", value);
   return WidenAscii(std::string_view(buf, static_cast<std::size_t>(result.ptr - buf)));
 }

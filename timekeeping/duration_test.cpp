@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstdio>
 #include <cmath>
+#include <cstdio>
 #include <string>
 
 #include "platform/text.h"
@@ -307,10 +307,10 @@ TEST(FormatTest, FastFormatsMatchTheCLibrary) {
     bits ^= bits >> 7;
     bits ^= bits << 17;
     // Amounts as entries give them, halves and values of every size.
-    const double values[] = {static_cast<double>(bits % 10000000) * 0.01 * 0.25,
-                             static_cast<double>(bits % 1000) + 0.005,
-                             std::ldexp(static_cast<double>(bits >> 11),
-                                        static_cast<int>(bits % 200) - 100)};
+    const double values[] = {
+        static_cast<double>(bits % 10000000) * 0.01 * 0.25,
+        static_cast<double>(bits % 1000) + 0.005,
+        std::ldexp(static_cast<double>(bits >> 11), static_cast<int>(bits % 200) - 100)};
     for (double value : values) {
       ASSERT_EQ(FormatTwoDecimals(value), Printf("%.02f", value)) << value;
       ASSERT_EQ(FormatTwoDecimals(-value), Printf("%.02f", -value)) << -value;

@@ -90,7 +90,7 @@ int RunReport(CliContext& context, Arguments& args) {
   const auto words = args.Positionals();
   if (!args.error().empty()) return UsageError(args.error());
   if (words.empty() || words.size() > 2) return UsageError("report takes [NAME] FILE");
-  const std::string path = words.back();
+  const std::string& path = words.back();
 
   if (!context.OpenData()) return kExitFailed;
   const Settings& settings = context.data.settings;
