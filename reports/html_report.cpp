@@ -531,7 +531,7 @@ class GroupBuckets {
   }
 
  private:
-  static constexpr std::size_t kBlockSize = 32 * 1024;
+  static constexpr std::size_t kBlockSize = std::size_t{32} * 1024;
 
   struct Row {
     std::size_t walked;

@@ -100,7 +100,7 @@ std::u16string MarkupDocument::TokenText(const Token& token) const {
   const std::int32_t right = std::min(token.right, length - 1);
   if (token.left < 0 || right < token.left) return {};
   return text_.substr(static_cast<std::size_t>(token.left),
-                      static_cast<std::size_t>(right - token.left + 1));
+                      static_cast<std::size_t>(right - token.left) + 1);
 }
 
 bool MarkupDocument::TokenIs(const Token& token, std::u16string_view text) const {
@@ -109,7 +109,7 @@ bool MarkupDocument::TokenIs(const Token& token, std::u16string_view text) const
   if (token.left < 0 || right < token.left) return text.empty();
   return std::u16string_view(text_).substr(
              static_cast<std::size_t>(token.left),
-             static_cast<std::size_t>(right - token.left + 1)) == text;
+             static_cast<std::size_t>(right - token.left) + 1) == text;
 }
 
 std::u16string MarkupDocument::TagName(int index) const {

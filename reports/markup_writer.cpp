@@ -291,7 +291,7 @@ char16_t* MarkupDocument::MakeRoom(std::int32_t offset, std::int32_t replaced,
   char16_t* const data = text_.data();
   std::char_traits<char16_t>::move(data + at + length, data + old_size - tail, tail);
   if (new_size < old_size) text_.resize(new_size);
-  return data + at;
+  return text_.data() + at;
 }
 
 // After an insertion at record `from`: every record behind it in document

@@ -58,9 +58,13 @@ std::vector<ProjectRecord> ProjectRecords(ProjectStore& projects, ClientId clien
     ProjectRecord r;
     r.record_id = id;
     for (PropValue& v : props) {
-      if (v.id == kPropClientId) r.client = static_cast<ClientId>(v.number);
-      if (v.id == kPropItemName) r.project = std::move(v.text);
-      if (v.id == kPropTaskName) r.task = std::move(v.text);
+      if (v.id == kPropClientId) {
+        r.client = static_cast<ClientId>(v.number);
+      } else if (v.id == kPropItemName) {
+        r.project = std::move(v.text);
+      } else if (v.id == kPropTaskName) {
+        r.task = std::move(v.text);
+      }
     }
     records.push_back(std::move(r));
   });

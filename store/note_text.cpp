@@ -94,7 +94,7 @@ bool ReadNoteBlob(const std::uint8_t* bytes, std::size_t size, std::u16string* t
   if (units > (size - 8) / 2) return false;
   const std::uint8_t* p = bytes + 8;
   for (std::uint32_t i = 0; i < units; ++i)
-    text->push_back(static_cast<char16_t>(Get16(p + 2 * i)));
+    text->push_back(static_cast<char16_t>(Get16(p + 2 * std::size_t{i})));
   std::size_t at = 8 + static_cast<std::size_t>(units) * 2;
   if (at == size) return true;
   bool ok = size - at >= 8 && std::memcmp(bytes + at, kDrawMagic, 4) == 0;
@@ -121,7 +121,8 @@ std::u16string NoteBlobToText(const std::uint8_t* bytes, std::size_t size) {
   text.reserve(units);
   const std::uint8_t* p = bytes + 8;
   for (std::uint32_t i = 0; i < units; ++i) {
-    const auto c = static_cast<char16_t>(p[2 * i] | p[2 * i + 1] << 8);
+    const auto c =
+        static_cast<char16_t>(p[2 * std::size_t{i}] | p[2 * std::size_t{i} + 1] << 8);
     if (c == u'\r' || c == u'\n') {
       // CR LF, a lone CR and a lone LF all end a line.
       if (c == u'\r' && i + 1 < units && p[2 * i + 2] == '\n' && p[2 * i + 3] == 0) ++i;

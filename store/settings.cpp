@@ -40,7 +40,7 @@ std::array<unsigned char, 20> DisplayToBytes(const DisplayBlock& d) {
 
 DisplayBlock DisplayFromBytes(const unsigned char* bytes) {
   std::uint32_t words[5];
-  for (int i = 0; i < 5; ++i) {
+  for (std::size_t i = 0; i < 5; ++i) {
     const unsigned char* p = bytes + i * 4;
     words[i] = std::uint32_t{p[0]} | std::uint32_t{p[1]} << 8 |
                std::uint32_t{p[2]} << 16 | std::uint32_t{p[3]} << 24;
@@ -68,7 +68,7 @@ std::array<unsigned char, 16> SystemTimeToBytes(const SystemTime& t) {
   const std::uint16_t fields[8] = {t.year, t.month,  t.day_of_week, t.day,
                                    t.hour, t.minute, t.second,      t.milliseconds};
   std::array<unsigned char, 16> out{};
-  for (int i = 0; i < 8; ++i) {
+  for (std::size_t i = 0; i < 8; ++i) {
     out[i * 2] = static_cast<unsigned char>(fields[i] & 0xFF);
     out[i * 2 + 1] = static_cast<unsigned char>(fields[i] >> 8);
   }
@@ -77,7 +77,7 @@ std::array<unsigned char, 16> SystemTimeToBytes(const SystemTime& t) {
 
 SystemTime SystemTimeFromBytes(const unsigned char* bytes) {
   std::uint16_t f[8];
-  for (int i = 0; i < 8; ++i) {
+  for (std::size_t i = 0; i < 8; ++i) {
     f[i] = static_cast<std::uint16_t>(bytes[i * 2] | bytes[i * 2 + 1] << 8);
   }
   return {f[0], f[1], f[2], f[3], f[4], f[5], f[6], f[7]};

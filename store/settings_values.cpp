@@ -25,7 +25,7 @@ bool CheckDisplay(const unsigned char* bytes, std::string* why) {
     *why = "the display flags (second number) may only hold the bits 0x1 and 0x2";
   } else {
     for (int i = 2; i < 5; ++i) {
-      if (Word32(bytes + 4 * i) >= kPaletteSize) {
+      if (Word32(bytes + 4 * std::size_t(i)) >= kPaletteSize) {
         *why = "a colour (third to fifth number) must be a palette index from 0 to 27";
         return false;
       }
@@ -52,7 +52,7 @@ bool CheckTime(const unsigned char* bytes, std::string* why) {
 bool CheckColumnOrder(const unsigned char* bytes, std::string* why) {
   bool seen[kListColumns] = {};
   for (int i = 0; i < kListColumns; ++i) {
-    std::uint32_t column = Word32(bytes + 4 * i);
+    std::uint32_t column = Word32(bytes + 4 * std::size_t(i));
     if (column >= kListColumns || seen[column]) {
       *why = "it must hold each column number from 0 to 10 once";
       return false;

@@ -30,7 +30,9 @@ locale_t CLocale() {
 // atof in the "C" locale.
 double ReadLeadingNumber(const std::string& bytes) {
   const locale_t c_locale = CLocale();
-  if (c_locale == static_cast<locale_t>(0)) return std::atof(bytes.c_str());
+  // atof's own answer (0 for no number) is the one wanted.
+  if (c_locale == static_cast<locale_t>(0))
+    return std::atof(bytes.c_str());  // NOLINT(cert-err34-c)
   return strtod_l(bytes.c_str(), nullptr, c_locale);
 }
 
