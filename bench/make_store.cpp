@@ -49,11 +49,12 @@ TimeEntry SampleEntry(long n, long count, FileTime first, FileTime span) {
 }
 
 int Main(int argc, char** argv) {
-  if (argc != 3 || std::atol(argv[2]) <= 0) {
+  char* end = nullptr;
+  const long count = argc == 3 ? std::strtol(argv[2], &end, 10) : 0;
+  if (count <= 0 || *end != '\0') {
     std::fprintf(stderr, "usage: %s DIR N\n", argv[0]);
     return 2;
   }
-  const long count = std::atol(argv[2]);
   DataContext data;
   std::string error;
   if (!OpenDataContext(argv[1], &data, &error) || !OpenCatalogue(&data)) {
@@ -65,7 +66,7 @@ int Main(int argc, char** argv) {
   Catalogue& catalogue = *data.catalogue;
   const std::unique_ptr<Locale> locale = Locale::UsEnglish();
   if (!data.volume->BeginBatch()) return 1;
-  for (long n = 0; n < 20 * 7; ++n) {
+  for (long n = 0; n < 20L * 7; ++n) {
     // The catalogue as the editor leaves it: each client with its projects.
     if (n < 20) AddClient(catalogue.clients, ClientName(n));
     TimeEntry sample = SampleEntry(n, count, 0, 0);

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace quillora {
@@ -74,7 +75,7 @@ void ProjectHoursChart::paintEvent(QPaintEvent*) {
     const QRect track_rect(bar_left, top + inset, bar_span, row - 2 * inset);
     painter.fillRect(track_rect, track);
     const int length =
-        most > 0 ? static_cast<int>(bar_span * std::max(0.0, p.hours) / most + 0.5) : 0;
+        most > 0 ? static_cast<int>(std::lround(bar_span * std::max(0.0, p.hours) / most)) : 0;
     painter.fillRect(QRect(bar_left, top + inset, length, row - 2 * inset), bar);
     if (!texts) continue;
     painter.setPen(palette().color(QPalette::WindowText));

@@ -90,7 +90,7 @@ void ShootCatalogueDialogs(DataContext& data, const QString& out) {
   ShootBoth(&contacts, out, "catalogue-contacts", QSize(420, 360));
 
   const std::vector<Client> all = ClientList(data.catalogue->clients);
-  const Client acme = all[0];
+  const Client& acme = all[0];
   const std::vector<Client> others(all.begin() + 1, all.end());
   MoveDialog move(acme, others, ProjectsOf(data.catalogue->projects, *data.locale, 1),
                   ItemsOf(data.catalogue->tasks, 1), u"Website", 0);
