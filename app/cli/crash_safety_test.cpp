@@ -174,6 +174,31 @@ class CrashSafetyTest : public ::testing::Test {
   std::string Data() const { return dir_.File("data"); }
   std::string Volume() const { return Data() + "/" + kVolumeFileName; }
   std::string RegistryFile() const { return Data() + "/" + kRegistryFileName; }
+
+  // `count` entries of client "Acme" in one batch, tagged PREFIX0, PREFIX1...
+  // in their project, first custom field and note.
+  void Seed(int count, const std::string& prefix) {
+    DataContext data;
+    std::string error;
+    ASSERT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
+    EntryStore store(*data.volume);
+    ASSERT_TRUE(store.Open());
+    data.volume->BeginBatch();
+    for (int i = 0; i < count; ++i) {
+      const std::string tag = prefix + std::to_string(i);
+      TimeEntry e;
+      SystemTimeToFileTime(MakeSystemTime(2026, 11, 1 + i % 28, 9, 0, 0), &e.start);
+      e.client = u"Acme";
+      e.project = FromUtf8("Proj " + tag);
+      e.custom1 = FromUtf8(tag);
+      e.duration = 150;
+      const auto note = NoteBlobFromText(NoteFor(tag));
+      SetNote(&e, static_cast<std::int32_t>(note.size()), note.data());
+      ASSERT_TRUE(AddEntry(store, e));
+    }
+    ASSERT_TRUE(data.volume->CommitBatch());
+  }
+
   std::mt19937 random_{20261121};
   testing::TempDir dir_;
 };
@@ -212,27 +237,7 @@ TEST_F(CrashSafetyTest, KilledAddsLoseNothingPrintedAndLeaveNoHalfEntry) {
 // A backup of 600 entries (tags b0..b599), restored again and again into the
 // same folder while being killed.
 TEST_F(CrashSafetyTest, KilledRestoresLeaveOnlyWholeEntries) {
-  {
-    DataContext data;
-    std::string error;
-    ASSERT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
-    EntryStore store(*data.volume);
-    ASSERT_TRUE(store.Open());
-    data.volume->BeginBatch();
-    for (int i = 0; i < 600; ++i) {
-      const std::string tag = "b" + std::to_string(i);
-      TimeEntry e;
-      SystemTimeToFileTime(MakeSystemTime(2026, 11, 1 + i % 28, 9, 0, 0), &e.start);
-      e.client = u"Acme";
-      e.project = FromUtf8("Proj " + tag);
-      e.custom1 = FromUtf8(tag);
-      e.duration = 150;
-      const auto note = NoteBlobFromText(NoteFor(tag));
-      SetNote(&e, static_cast<std::int32_t>(note.size()), note.data());
-      ASSERT_TRUE(AddEntry(store, e));
-    }
-    ASSERT_TRUE(data.volume->CommitBatch());
-  }
+  ASSERT_NO_FATAL_FAILURE(Seed(600, "b"));
   const std::string backup = dir_.File("all.qbk");
   ASSERT_EQ(RunQuillora(Data(), {"backup", backup}).status, 0);
   const std::string target = dir_.File("target");
@@ -251,27 +256,7 @@ TEST_F(CrashSafetyTest, KilledRestoresLeaveOnlyWholeEntries) {
 // Replaces the client of 300 entries back and forth while being killed: each
 // entry keeps one of the two names, whole.
 TEST_F(CrashSafetyTest, KilledReplacesLeaveEveryEntryWhole) {
-  {
-    DataContext data;
-    std::string error;
-    ASSERT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
-    EntryStore store(*data.volume);
-    ASSERT_TRUE(store.Open());
-    data.volume->BeginBatch();
-    for (int i = 0; i < 300; ++i) {
-      const std::string tag = "r" + std::to_string(i);
-      TimeEntry e;
-      SystemTimeToFileTime(MakeSystemTime(2026, 11, 1 + i % 28, 9, 0, 0), &e.start);
-      e.client = u"Acme";
-      e.project = FromUtf8("Proj " + tag);
-      e.custom1 = FromUtf8(tag);
-      e.duration = 150;
-      const auto note = NoteBlobFromText(NoteFor(tag));
-      SetNote(&e, static_cast<std::int32_t>(note.size()), note.data());
-      ASSERT_TRUE(AddEntry(store, e));
-    }
-    ASSERT_TRUE(data.volume->CommitBatch());
-  }
+  ASSERT_NO_FATAL_FAILURE(Seed(300, "r"));
   ASSERT_EQ(RunQuillora(Data(), {"client", "add", "Acme"}).status, 0);
   const std::vector<std::string> there{"--yes", "replace", "--type", "Client", "--find", "Acme",
                                        "--with", "Globex"};
