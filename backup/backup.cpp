@@ -246,7 +246,7 @@ bool Backup(BackupWriter& writer, FileSystem& files, const std::string& path) {
 int Restore(BackupWriter& writer, FileSystem& files, const std::string& path) {
   std::string bytes;
   CompoundReader reader;
-  if (!files.ReadWholeFile(path, &bytes) ||
+  if (!files.ReadWholeFile(path, &bytes, kCompoundFileMaxBytes) ||
       reader.OpenBytes(std::move(bytes)) != CompoundResult::kOk) {
     return kRestoreFailed;
   }

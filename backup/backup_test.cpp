@@ -323,8 +323,8 @@ class SwappedReads : public FileSystem {
   std::unique_ptr<WritableFile> CreateAlways(const std::string& path) override {
     return FileSystem::Posix().CreateAlways(path);
   }
-  bool ReadWholeFile(const std::string&, std::string* bytes) override {
-    return FileSystem::Posix().ReadWholeFile(read_path_, bytes);
+  bool ReadWholeFile(const std::string&, std::string* bytes, std::size_t max_size) override {
+    return FileSystem::Posix().ReadWholeFile(read_path_, bytes, max_size);
   }
   bool Exists(const std::string& path) override {
     return FileSystem::Posix().Exists(path);

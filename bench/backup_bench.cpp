@@ -92,7 +92,7 @@ void BM_Backup100k(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * kBackupEntries);
   std::string bytes;
-  FileSystem::Posix().ReadWholeFile(out, &bytes);
+  FileSystem::Posix().ReadWholeFile(out, &bytes, SIZE_MAX);
   state.counters["file_bytes"] = static_cast<double>(bytes.size());
 }
 BENCHMARK(BM_Backup100k)->Unit(benchmark::kMillisecond)->UseRealTime();

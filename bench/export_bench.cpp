@@ -79,7 +79,7 @@ void RunExport(benchmark::State& state, std::uint16_t encoding) {
     if (!Export(path, criteria, sources)) state.SkipWithError("export failed");
   }
   std::string bytes;
-  FileSystem::Posix().ReadWholeFile(path, &bytes);
+  FileSystem::Posix().ReadWholeFile(path, &bytes, SIZE_MAX);
   state.counters["MB"] = static_cast<double>(bytes.size()) / 1e6;
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }

@@ -24,7 +24,7 @@ class InputFiles : public FileSystem {
   std::unique_ptr<WritableFile> CreateAlways(const std::string&) override {
     return nullptr;
   }
-  bool ReadWholeFile(const std::string&, std::string* bytes) override {
+  bool ReadWholeFile(const std::string&, std::string* bytes, std::size_t) override {
     *bytes = bytes_;
     return true;
   }

@@ -86,7 +86,7 @@ bool VCardContactsSource::ReadContacts(std::vector<ContactRow>* rows) {
   ObjectId number = 0;
   for (const std::filesystem::path& path : paths) {
     std::string bytes;
-    if (!files_.ReadWholeFile(path.string(), &bytes)) continue;
+    if (!files_.ReadWholeFile(path.string(), &bytes, kVCardFileMaxBytes)) continue;
     for (VCard& card : ReadVCards(bytes)) {
       rows->push_back({++number, std::move(card.file_as), std::move(card.company)});
     }

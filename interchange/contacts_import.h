@@ -45,6 +45,9 @@ inline constexpr char16_t kContactsRegistryValue[] = u"ContactsDatabase";
 inline constexpr char16_t kDefaultContactsDatabase[] = u"Contacts Database";
 // The registry value is read into a buffer of this many characters.
 inline constexpr std::size_t kContactsNameChars = 260;
+// A vCard file larger than this is refused (skipped) before it is read: more
+// than any real address book exports.
+inline constexpr std::size_t kVCardFileMaxBytes = std::size_t{64} << 20;
 // "File as" (0x4013, string) and PR_COMPANY_NAME.
 inline constexpr PropId kPropContactFileAs = 0x4013001F;
 inline constexpr PropId kPropContactCompany = 0x3A16001F;

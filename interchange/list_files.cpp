@@ -160,7 +160,7 @@ bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& file
   std::vector<std::u16string> names;
   try {
     std::string bytes;
-    if (!files.ReadWholeFile(path, &bytes)) return false;
+    if (!files.ReadWholeFile(path, &bytes, kListFileMaxBytes)) return false;
     if (!ParseListFile(bytes, locale.AnsiCodePage(), &names)) return false;
   } catch (const std::bad_alloc&) {
     return false;

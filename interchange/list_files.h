@@ -83,6 +83,10 @@ inline constexpr char16_t kListExportFilter[] =
     u"Text Files (*.txt)|*.txt|Unicode Text|*.txt|";
 inline constexpr char16_t kListFileExtension[] = u"txt";
 
+// A list file larger than this is refused before it is read: far more names
+// than any real catalogue or address book holds.
+inline constexpr std::size_t kListFileMaxBytes = std::size_t{64} << 20;
+
 // A line longer than kListNameLimit characters becomes its first
 // kListNameCut characters; a line of exactly kListNameLimit is kept whole.
 inline constexpr std::size_t kListNameLimit = 128;

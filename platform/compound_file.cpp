@@ -1,7 +1,5 @@
 #include "platform/compound_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unicode/uchar.h>
 #include <unistd.h>
 
@@ -777,22 +775,7 @@ CompoundReader::~CompoundReader() = default;
 
 CompoundResult CompoundReader::Open(const std::string& path) {
   std::string bytes;
-  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  struct stat st;
-  bool ok = fd >= 0 && ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode);
-  if (ok) {
-    bytes.resize(static_cast<size_t>(st.st_size));
-    size_t done = 0;
-    while (ok && done < bytes.size()) {
-      const ssize_t n = ::read(fd, bytes.data() + done, bytes.size() - done);
-      if (n < 0 && errno == EINTR) continue;
-      if (n == 0) bytes.resize(done);  // the file shrank meanwhile
-      ok = n >= 0;
-      if (n > 0) done += static_cast<size_t>(n);
-    }
-  }
-  if (fd >= 0) ::close(fd);
-  if (!ok) {
+  if (!FileSystem::Posix().ReadWholeFile(path, &bytes, kCompoundFileMaxBytes)) {
     OpenBytes(std::string());
     error_detail_ = "cannot read the file";
     return CompoundResult::kFileError;

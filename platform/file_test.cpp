@@ -18,10 +18,10 @@ TEST(FileTest, CreateAlwaysTruncatesAndReadGivesEveryByte) {
   ASSERT_TRUE(file->Write(bytes.data(), bytes.size()));
   ASSERT_TRUE(file->Close());
   std::string back;
-  ASSERT_TRUE(FileSystem::Posix().ReadWholeFile(path, &back));
+  ASSERT_TRUE(FileSystem::Posix().ReadWholeFile(path, &back, SIZE_MAX));
   EXPECT_EQ(back, bytes);
-  EXPECT_FALSE(FileSystem::Posix().ReadWholeFile(dir.File("missing"), &back));
-  EXPECT_FALSE(FileSystem::Posix().ReadWholeFile(dir.path(), &back)) << "a folder";
+  EXPECT_FALSE(FileSystem::Posix().ReadWholeFile(dir.File("missing"), &back, SIZE_MAX));
+  EXPECT_FALSE(FileSystem::Posix().ReadWholeFile(dir.path(), &back, SIZE_MAX)) << "a folder";
   EXPECT_EQ(FileSystem::Posix().CreateAlways(dir.File("no/such/folder")), nullptr);
 }
 
@@ -35,7 +35,7 @@ TEST(FileTest, AFullDiskKeepsWhatFitAndFailsTheRest) {
   EXPECT_FALSE(file->Write("ij", 2));
   file->Close();
   std::string back;
-  fs.ReadWholeFile(dir.File("f"), &back);
+  fs.ReadWholeFile(dir.File("f"), &back, SIZE_MAX);
   EXPECT_EQ(back, "abcdefg");
 
   testing::FaultyFileSystem third;
@@ -46,7 +46,7 @@ TEST(FileTest, AFullDiskKeepsWhatFitAndFailsTheRest) {
   EXPECT_FALSE(g->Write("3", 1));
   EXPECT_TRUE(g->Write("4", 1));
   EXPECT_TRUE(g->Close());
-  third.ReadWholeFile(dir.File("g"), &back);
+  third.ReadWholeFile(dir.File("g"), &back, SIZE_MAX);
   EXPECT_EQ(back, "124");
   if (auto full = FileSystem::Posix().CreateAlways("/dev/full")) {
     // Small writes are gathered; the full disk shows at the latest on closing.

@@ -33,6 +33,9 @@ using NoteStroke = std::vector<NotePoint>;
 
 // The most strokes, and points in one stroke, a drawing section holds (each
 // count is 16 bits); longer drawings are cut when written.
+// A note read from a file (the command line's --note-file) is typed text: a
+// larger file is refused before it is read.
+inline constexpr std::size_t kNoteFileMaxBytes = std::size_t{1} << 20;
 inline constexpr std::size_t kMaxNoteStrokes = 0xFFFF;
 inline constexpr std::size_t kMaxStrokePoints = 0xFFFF;
 

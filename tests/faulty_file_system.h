@@ -29,8 +29,9 @@ class FaultyFileSystem : public FileSystem {
     if (!file) return nullptr;
     return std::make_unique<Faulty>(this, std::move(file));
   }
-  bool ReadWholeFile(const std::string& path, std::string* bytes) override {
-    return FileSystem::Posix().ReadWholeFile(path, bytes);
+  bool ReadWholeFile(const std::string& path, std::string* bytes,
+                     std::size_t max_size) override {
+    return FileSystem::Posix().ReadWholeFile(path, bytes, max_size);
   }
   bool Exists(const std::string& path) override { return FileSystem::Posix().Exists(path); }
 

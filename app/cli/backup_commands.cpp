@@ -19,7 +19,8 @@ namespace {
 int TakeFile(Arguments& args, std::string* file) {
   const auto words = args.Positionals();
   if (!args.error().empty()) return UsageError(args.error());
-  if (words.size() != 1 || words[0].empty()) return UsageError("expected one FILE");
+  if (words.size() != 1) return UsageError("expected one FILE");
+  if (const int status = CheckPathArgument(words[0])) return status;
   *file = words[0];
   return kExitDone;
 }

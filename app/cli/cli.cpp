@@ -2,14 +2,17 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "app/cli/cli_commands.h"
 #include "app/cli/cli_context.h"
+#include "platform/clock.h"
 #include "platform/data_folder.h"
 #include "store/time_entry.h"
 
@@ -101,6 +104,16 @@ int StartWithoutCommand(CliContext& context) {
   return kExitDone;
 }
 
+// What was printed must have reached standard output (a full disk, a closed
+// pipe): otherwise the command failed, whatever it did.
+int FinishStandardOutput(int status) {
+  if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
+  const int error = errno;
+  std::fprintf(stderr, "quillora: standard output could not be written: %s\n",
+               std::strerror(error));
+  return status == kExitDone ? kExitFailed : status;
+}
+
 bool DisplayAvailable() {
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
     const char* value = std::getenv(name);
@@ -120,8 +133,12 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
     if (word == "--data-dir") {
       if (i + 1 >= argc) return UsageError("--data-dir needs a folder");
       data_folder = argv[++i];
+      // An empty folder is most often a script's unset variable: never the
+      // default folder, which holds the user's real data.
+      if (data_folder.empty()) return UsageError("--data-dir needs a folder, not an empty text");
     } else if (word.rfind("--data-dir=", 0) == 0) {
       data_folder = word.substr(11);
+      if (data_folder.empty()) return UsageError("--data-dir needs a folder, not an empty text");
     } else if (word == "--yes") {
       assume_yes = true;
     } else if (word == "--help" || word == "-h") {
@@ -137,10 +154,16 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
     }
   }
 
+  if (const char* now = std::getenv("QUILLORA_NOW"); now && *now && !ParseIsoDateTime(now)) {
+    return UsageError(std::string("QUILLORA_NOW is not a local time YYYY-MM-DDTHH:MM:SS: ") +
+                      now);
+  }
+
   CliPrompt prompt(assume_yes);
   SystemClock clock;
   CliContext context;
   context.data_folder = ResolveDataFolder(data_folder);
+  prompt.SetDataFolder(context.data_folder);
   context.prompt = &prompt;
   context.clock = &clock;
 
@@ -148,7 +171,7 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
     if (DisplayAvailable() && start_window) {
       return start_window(argc, argv, context.data_folder, {});
     }
-    return StartWithoutCommand(context);
+    return FinishStandardOutput(StartWithoutCommand(context));
   }
   const Command* command = FindCommand(argv[i]);
   if (command == nullptr) {
@@ -169,7 +192,16 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
     }
   }
   Arguments args(std::move(words));
-  return command->run(context, args);
+  int status = kExitFailed;
+  try {
+    status = command->run(context, args);
+  } catch (const std::bad_alloc&) {
+    // As the window ends: the bare text, no title.
+    std::fflush(stdout);
+    std::fputs("out of memory\n", stderr);
+    return kExitFailed;
+  }
+  return FinishStandardOutput(status);
 }
 
 }  // namespace quillora

@@ -35,4 +35,9 @@ int UsageError(const std::string& message) {
   return kExitUsage;
 }
 
+int CheckPathArgument(const std::string& path, const char* what) {
+  if (!path.empty()) return kExitDone;
+  return UsageError(std::string(what) + " must not be an empty text");
+}
+
 }  // namespace quillora

@@ -37,6 +37,10 @@ struct CliContext {
 // Prints "quillora: MESSAGE" and the hint to --help on stderr; answers 2.
 int UsageError(const std::string& message);
 
+// An empty file or folder argument (most often a script's unset variable) is
+// wrong usage: the usage error naming `what`. 0 for any other path.
+int CheckPathArgument(const std::string& path, const char* what = "FILE");
+
 using CommandHandler = int (*)(CliContext& context, Arguments& args);
 
 struct Command {

@@ -5,7 +5,9 @@
 
 #include <iostream>
 
+#include "platform/file.h"
 #include "platform/text.h"
+#include "store/data_context.h"
 
 namespace quillora {
 namespace {
@@ -37,6 +39,11 @@ void CliPrompt::ShowMessage(const std::u16string& title, const std::u16string& t
     std::fprintf(stream, "%s\n", OneLine(text).c_str());
   } else {
     std::fprintf(stream, "%s: %s\n", OneLine(title).c_str(), OneLine(text).c_str());
+  }
+  if (is_error) {
+    const std::string detail = DescribeLastFileFailure();
+    if (!detail.empty()) std::fprintf(stream, "quillora: %s\n", detail.c_str());
+    ClearLastFileFailure();
   }
   std::fflush(stream);
 }
@@ -73,6 +80,7 @@ std::optional<std::string> CliPrompt::ChooseFileToOpen(const FileChooser& choose
 
 std::optional<std::string> CliPrompt::ChooseFileToSave(const FileChooser& chooser) {
   if (file_.empty()) return std::nullopt;
+  if (RefuseOwnDataFile(data_folder_, file_, *this)) return std::nullopt;
   struct stat st {};
   if ((chooser.flags & kFileOverwritePrompt) && stat(file_.c_str(), &st) == 0) {
     const std::u16string question =

@@ -4,7 +4,10 @@
 // errors and warnings on stderr, information on stdout. Questions print on
 // stderr; --yes answers Yes/OK, a terminal answers y or n, and with no
 // terminal the answer is No/Cancel. The file a command writes or reads comes
-// from its arguments, set with SetFile before the logic asks for it.
+// from its arguments, set with SetFile before the logic asks for it. An error
+// message that follows a failed file operation gets one more line naming the
+// file and the operating system's reason ("quillora: /x.csv: No such file or
+// directory").
 #ifndef QUILLORA_APP_CLI_CLI_PROMPT_H_
 #define QUILLORA_APP_CLI_CLI_PROMPT_H_
 
@@ -20,6 +23,8 @@ class CliPrompt : public UserPrompt {
   CliPrompt(bool assume_yes, std::FILE* out = stdout, std::FILE* err = stderr);
 
   void SetFile(const std::string& path) { file_ = path; }
+  // The open data folder, whose own files a save never writes over.
+  void SetDataFolder(const std::string& folder) { data_folder_ = folder; }
 
   void ShowMessage(const std::u16string& title, const std::u16string& text,
                    MessageIcon icon) override;
@@ -39,6 +44,7 @@ class CliPrompt : public UserPrompt {
   std::FILE* out_;
   std::FILE* err_;
   std::string file_;
+  std::string data_folder_;
   bool showed_error_ = false;
   bool progress_visible_ = false;
   int progress_total_ = 0;

@@ -2,7 +2,9 @@
 // edit, copy. Each option stands for one field of the editor's pages and is
 // set as the user would set it there; saving runs the editor's checks in its
 // order and grows the catalogue as the editor does.
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <optional>
 #include <string>
 
@@ -11,6 +13,7 @@
 #include "app/cli/period_options.h"
 #include "platform/file.h"
 #include "platform/text.h"
+#include "store/note_text.h"
 #include "store/rates.h"
 #include "store/time_entry.h"
 #include "timekeeping/copy_entry.h"
@@ -154,6 +157,7 @@ void TakeFields(Arguments& args, FieldOptions* f) {
   if (f->end && f->duration) args.Fail("--end and --duration together");
   if (f->end && f->no_start) args.Fail("--end needs a start time");
   if (f->note && f->note_file) args.Fail("--note and --note-file together");
+  if (f->note_file && f->note_file->empty()) args.Fail("--note-file must not be an empty text");
 }
 
 // Sets the fields given on the editor's pages, in page order. Answers an exit
@@ -195,7 +199,7 @@ int ApplyFields(CliContext& context, const FieldOptions& f, EntryEditor* editor)
   if (f.note) editor->SetNoteText(NoteFromArgument(*f.note));
   if (f.note_file) {
     std::string bytes;
-    if (!FileSystem::Posix().ReadWholeFile(*f.note_file, &bytes)) {
+    if (!FileSystem::Posix().ReadWholeFile(*f.note_file, &bytes, kNoteFileMaxBytes)) {
       return context.Fail(u"Unable to read the note file \"" + FromUtf8(*f.note_file) +
                           u"\".");
     }
@@ -216,7 +220,18 @@ int EditAndSave(CliContext& context, EntryStore& store, const TimeEntry& entry,
   }
   if (const int status = ApplyFields(context, fields, &editor)) return status;
   if (editor.Save(store) != SaveResult::kSaved) return kExitFailed;
-  if (print_id) std::printf("%u\n", editor.entry().recordId);
+  if (print_id) {
+    std::printf("%u\n", editor.entry().recordId);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+      const int error = errno;
+      std::clearerr(stdout);
+      std::fprintf(stderr,
+                   "quillora: the entry was saved as record %u but its id could not be "
+                   "printed: %s\n",
+                   editor.entry().recordId, std::strerror(error));
+      return kExitFailed;
+    }
+  }
   return kExitDone;
 }
 

@@ -23,6 +23,7 @@ int Export(CliContext& context, Arguments& args) {
   const ExportFormat format = words[0] == "csv" ? ExportFormat::kCsv : ExportFormat::kXml;
   words.erase(words.begin());
   if (words.size() != 1) return UsageError("export takes one file");
+  if (const int status = CheckPathArgument(words[0])) return status;
 
   if (!context.OpenData()) return kExitFailed;
   EntryStore entries(*context.data.volume);

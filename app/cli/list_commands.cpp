@@ -96,6 +96,7 @@ int TakeList(CliContext& context, Arguments& args, const char* usage,
   if (const std::string bad = CheckListOptions(*kind, a); !bad.empty()) {
     return UsageError(bad);
   }
+  if (const int status = CheckPathArgument(words[1])) return status;
   if (!ResolveList(context, *kind, a, list)) return kExitFailed;
   *file = words[1];
   return kExitDone;
@@ -162,6 +163,9 @@ int RunContacts(CliContext& context, Arguments& args) {
   std::vector<std::string> words = args.Positionals();
   if (!args.error().empty()) return UsageError(args.error());
   if (words.empty()) return Usage(usage);
+  if (folder) {
+    if (const int status = CheckPathArgument(*folder, "--dir")) return status;
+  }
   const std::string sub = words[0];
   words.erase(words.begin());
 

@@ -91,6 +91,7 @@ int RunReport(CliContext& context, Arguments& args) {
   if (!args.error().empty()) return UsageError(args.error());
   if (words.empty() || words.size() > 2) return UsageError("report takes [NAME] FILE");
   const std::string& path = words.back();
+  if (const int status = CheckPathArgument(path)) return status;
 
   if (!context.OpenData()) return kExitFailed;
   const Settings& settings = context.data.settings;
