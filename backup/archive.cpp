@@ -162,8 +162,8 @@ int ArchiveRestoreCommand(EntryStore& entries, Catalogue& catalogue, const Local
                          MessageIcon::kInformation);
       break;
     case kRestoreFailed:
-      prompt.ShowMessage(kAppTitle, LoadString(kIdsArchiveCannotLoad),
-                         MessageIcon::kError);
+      ShowRestoreFailure(prompt, LoadString(kIdsArchiveCannotLoad), MessageIcon::kError,
+                         writer);
       break;
     case kRestoreContentRefused:
       prompt.ShowMessage(kAppTitle, LoadString(kIdsArchiveDataOnly),

@@ -1,6 +1,7 @@
 #include "backup/backup.h"
 
 #include <cstdio>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -112,9 +113,11 @@ bool BackupWriter::ReadRecord(const CompoundReader& reader, CompoundStream recor
   std::string bytes;
   TimeEntry entry;
   if (reader.ReadStream(record, &bytes) != CompoundResult::kOk ||
-      !DecodeEntryRecord(bytes, &entry) || !AddEntry(entries_, entry) || !Added()) {
+      !DecodeEntryRecord(bytes, &entry) || !AddEntry(entries_, entry)) {
     return false;
   }
+  ++entries_added_;
+  if (!Added()) return false;
   Step();
   return true;
 }
@@ -135,7 +138,9 @@ bool BackupWriter::RestoreClient(const CompoundReader& reader, CompoundStorage s
     Client found;
     if (!FindClient(catalogue_.clients, name, &found)) {
       AddClient(catalogue_.clients, name);
-      if (!FindClient(catalogue_.clients, name, &found) || !Added()) return false;
+      if (!FindClient(catalogue_.clients, name, &found)) return false;
+      ++clients_added_;
+      if (!Added()) return false;
     }
     number = found.number;
   }
@@ -370,6 +375,24 @@ BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
   return BackupOutcome::kFailed;
 }
 
+void ShowRestoreFailure(UserPrompt& prompt, const std::u16string& text, MessageIcon icon,
+                        const BackupWriter& writer) {
+  const int entries = writer.entries_added();
+  const int clients = writer.clients_added();
+  if (entries == 0 && clients == 0) {
+    prompt.ShowMessage(kAppTitle, text, icon);
+    return;
+  }
+  auto count = [](int n, const char16_t* one, const char16_t* many) {
+    return FromUtf8(std::to_string(n)) + u" " + (n == 1 ? one : many);
+  };
+  prompt.ShowDetailedMessage(
+      kAppTitle, text, icon,
+      u"Added before the failure: " + count(entries, u"entry", u"entries") + u" and " +
+          count(clients, u"client", u"clients") +
+          u". They stay; restoring the same file again adds them a second time.");
+}
+
 int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
                    UserPrompt& prompt, FileSystem& files) {
   const auto path =
@@ -383,7 +406,7 @@ int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& loca
     result = Restore(writer, files, *path);
   }
   if (result == kRestoreFailed) {
-    prompt.ShowMessage(kAppTitle, LoadString(kIdsRestoreFailed), MessageIcon::kError);
+    ShowRestoreFailure(prompt, LoadString(kIdsRestoreFailed), MessageIcon::kError, writer);
   } else if (result == kRestoreVersionNotSupported) {
     prompt.ShowMessage(kAppTitle, LoadString(kIdsBackupNotSupported),
                        MessageIcon::kError);

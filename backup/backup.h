@@ -87,6 +87,10 @@ class BackupWriter {
   // The progress to tell, or null (the default) for none. Not owned.
   void set_progress(WriterProgress* progress) { progress_ = progress; }
 
+  // What a restore added so far: entries, and clients new to the catalogue.
+  int entries_added() const { return entries_added_; }
+  int clients_added() const { return clients_added_; }
+
  protected:
   // Writes `entry` as "Record<number>" into `records`.
   bool WriteEntryStream(BackupFile& file, CompoundStorage records, int number,
@@ -110,7 +114,16 @@ class BackupWriter {
   friend int Restore(BackupWriter& writer, FileSystem& files, const std::string& path);
   bool RestoreClient(const CompoundReader& reader, CompoundStorage storage);
   WriteBatch* batch_ = nullptr;  // set by Restore while it runs
+  int entries_added_ = 0;
+  int clients_added_ = 0;
 };
+
+// After a restore that failed part-way: the system's message, and the
+// entries and clients it added before the failure on a line of its own (so
+// that the user knows a second restore of the same file would add them
+// twice). The bare message when nothing was added.
+void ShowRestoreFailure(UserPrompt& prompt, const std::u16string& text, MessageIcon icon,
+                        const BackupWriter& writer);
 
 // The backup operation: creates the file at `path` (replacing one that is
 // there), writes "DataVersion", "Records" and, through the writer, "Clients",

@@ -6,6 +6,7 @@
 
 #include "interchange/list_files.h"
 #include "interchange/vcard.h"
+#include "store/string_table.h"
 
 namespace quillora {
 namespace {
@@ -124,14 +125,26 @@ std::vector<std::u16string> ContactsDialog::CheckedNames() const {
 
 int AddContactNames(Catalogue& catalogue, const Locale& locale, ClientId client,
                     const std::vector<std::u16string>& names) {
-  const bool batch = catalogue.volume.BeginBatch();
   int added = 0;
-  ListNameAdder adder(catalogue, locale, {ListKind::kContacts, client, {}});
-  for (const std::u16string& name : names) {
-    if (adder.Add(name)) ++added;
-  }
-  if (batch) catalogue.volume.CommitBatch();
+  AddListNames(catalogue, locale, {ListKind::kContacts, client, {}}, names, &added);
   return added;
+}
+
+bool ImportContactNames(Catalogue& catalogue, const Locale& locale, ClientId client,
+                        const std::vector<std::u16string>& names, UserPrompt& prompt) {
+  for (const std::u16string& name : names) {
+    if (HoldsControlCharacter(TextField::kContact, name)) {
+      prompt.ShowMessage(kAppTitle, ControlCharacterMessage(TextField::kContact),
+                         MessageIcon::kError);
+      return false;
+    }
+  }
+  int added = 0;
+  if (AddListNames(catalogue, locale, {ListKind::kContacts, client, {}}, names, &added)) {
+    return true;
+  }
+  prompt.ShowMessage(kAppTitle, LoadString(kIdsImportFailed), MessageIcon::kError);
+  return false;
 }
 
 }  // namespace quillora

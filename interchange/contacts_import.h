@@ -125,9 +125,18 @@ class ContactsDialog {
 
 // Adds the names, in order, as bill-to contacts of `client` through the
 // list import's kind 3 (cut at 128/127, a name the client has is not added
-// again) in one store batch; the number of contacts written.
+// again) with AddListNames; the number of contacts written (those committed
+// before a store failure).
 int AddContactNames(Catalogue& catalogue, const Locale& locale, ClientId client,
                     const std::vector<std::u16string>& names);
+
+// The OK of the contacts dialog: AddContactNames, unless a name holds a
+// control character (then ControlCharacterMessage for the contact name and
+// nothing added). When the store fails part-way, shows "Unable to import
+// data. Please close some applications and try again." (what was committed
+// stays). False after either message.
+bool ImportContactNames(Catalogue& catalogue, const Locale& locale, ClientId client,
+                        const std::vector<std::u16string>& names, UserPrompt& prompt);
 
 }  // namespace quillora
 

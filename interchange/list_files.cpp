@@ -8,6 +8,7 @@
 #include "platform/text.h"
 #include "store/client_store.h"
 #include "store/string_table.h"
+#include "store/name_text.h"
 
 namespace quillora {
 namespace {
@@ -18,23 +19,6 @@ namespace {
 constexpr char kTerminator[] = {'\0', '\0'};
 
 bool IsLineBreak(char16_t c) { return c == u'\r' || c == u'\n'; }
-
-// Ends a store batch begun by this import, if it began one: names already
-// written are kept whatever happens after them.
-class ImportBatch {
- public:
-  explicit ImportBatch(ObjectStore& volume)
-      : volume_(volume), began_(volume.BeginBatch()) {}
-  ~ImportBatch() {
-    if (began_) volume_.CommitBatch();
-  }
-  ImportBatch(const ImportBatch&) = delete;
-  ImportBatch& operator=(const ImportBatch&) = delete;
-
- private:
-  ObjectStore& volume_;
-  bool began_;
-};
 
 const Project* FindProject(const std::vector<Project>& projects, const Locale& locale,
                            const std::u16string& name) {
@@ -127,26 +111,67 @@ ListNameAdder::ListNameAdder(Catalogue& catalogue, const Locale& locale,
   }
 }
 
-bool ListNameAdder::Add(std::u16string name) {
+ListNameAdder::Result ListNameAdder::AddName(std::u16string name) {
   if (name.size() > kListNameLimit) name.resize(kListNameCut);
+  auto written = [](bool ok) { return ok ? kAdded : kWriteFailed; };
   switch (list_.kind) {
     case ListKind::kClients:
       // AddClient answers the new number, which is 0 for every client added
       // while the counter is missing; whether the client is there tells.
-      if (name.empty() || FindClient(catalogue_.clients, name)) return false;
+      if (name.empty() || FindClient(catalogue_.clients, name)) return kRefused;
       AddClient(catalogue_.clients, name);
-      return FindClient(catalogue_.clients, name);
+      return written(FindClient(catalogue_.clients, name));
     case ListKind::kProjects:
-      return projects_->Add(name, u"") != 0;
+      if (projects_->Refuses(name, u"")) return kRefused;
+      return written(projects_->Add(name, u"") != 0);
     case ListKind::kTasks:
-      if (projects_) return projects_->Add(list_.project, name) != 0;
-      return items_->Add(name) != 0;
+      if (projects_) {
+        if (projects_->Refuses(list_.project, name)) return kRefused;
+        return written(projects_->Add(list_.project, name) != 0);
+      }
+      [[fallthrough]];
     case ListKind::kContacts:
-      return items_->Add(name) != 0;
+      if (items_->Refuses(name)) return kRefused;
+      return written(items_->Add(name) != 0);
     case ListKind::kContactsApplication:
       break;
   }
-  return false;
+  return kRefused;
+}
+
+bool AddListNames(Catalogue& catalogue, const Locale& locale, const CatalogueList& list,
+                  std::vector<std::u16string> names, int* added) {
+  *added = 0;
+  ObjectStore& volume = catalogue.volume;
+  ListNameAdder adder(catalogue, locale, list);
+  // A batch may not begin when the caller holds one; its writes then go into
+  // the caller's batch.
+  bool batch = volume.BeginBatch();
+  int pending = 0;   // names written since the last commit
+  int in_chunk = 0;  // names tried since the last commit
+  auto commit = [&] {
+    if (batch && !volume.CommitBatch()) return false;
+    batch = false;
+    *added += pending;
+    pending = 0;
+    in_chunk = 0;
+    return true;
+  };
+  for (std::u16string& name : names) {
+    const ListNameAdder::Result result = adder.AddName(std::move(name));
+    if (result == ListNameAdder::kWriteFailed) {
+      // The failed write undid itself; what the chunk wrote before it is
+      // kept when the disk still takes the commit.
+      commit();
+      return false;
+    }
+    if (result == ListNameAdder::kAdded) ++pending;
+    if (++in_chunk == kImportChunk) {
+      if (!commit()) return false;
+      batch = volume.BeginBatch();
+    }
+  }
+  return commit();
 }
 
 bool AddListName(Catalogue& catalogue, const Locale& locale, const CatalogueList& list,
@@ -154,25 +179,43 @@ bool AddListName(Catalogue& catalogue, const Locale& locale, const CatalogueList
   return ListNameAdder(catalogue, locale, list).Add(std::move(name));
 }
 
-bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                    const std::string& path, const CatalogueList& list, int* added) {
-  if (added != nullptr) *added = 0;
+TextField ListNameField(const CatalogueList& list) {
+  switch (list.kind) {
+    case ListKind::kClients: return TextField::kClient;
+    case ListKind::kProjects: return TextField::kProject;
+    case ListKind::kTasks: return TextField::kTask;
+    case ListKind::kContacts:
+    case ListKind::kContactsApplication: return TextField::kContact;
+  }
+  return TextField::kName;
+}
+
+ListImportResult ImportListFile(Catalogue& catalogue, const Locale& locale,
+                                FileSystem& files, const std::string& path,
+                                const CatalogueList& list, int* added) {
+  int count = 0;
+  if (added == nullptr) added = &count;
+  *added = 0;
   std::vector<std::u16string> names;
   try {
     std::string bytes;
-    if (!files.ReadWholeFile(path, &bytes, kListFileMaxBytes)) return false;
-    if (!ParseListFile(bytes, locale.AnsiCodePage(), &names)) return false;
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
-  ImportBatch batch(catalogue.volume);
-  ListNameAdder adder(catalogue, locale, list);
-  for (std::u16string& name : names) {
-    if (adder.Add(std::move(name)) && added != nullptr) {
-      ++*added;
+    if (!files.ReadWholeFile(path, &bytes, kListFileMaxBytes)) {
+      return ListImportResult::kUnreadable;
     }
+    if (!ParseListFile(bytes, locale.AnsiCodePage(), &names)) {
+      return ListImportResult::kUnreadable;
+    }
+  } catch (const std::bad_alloc&) {
+    return ListImportResult::kUnreadable;
   }
-  return true;
+  const TextField field = ListNameField(list);
+  for (const std::u16string& name : names) {
+    if (HoldsControlCharacter(field, name)) return ListImportResult::kControlCharacter;
+  }
+  if (!AddListNames(catalogue, locale, list, std::move(names), added)) {
+    return ListImportResult::kWriteFailed;
+  }
+  return ListImportResult::kImported;
 }
 
 ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale,
@@ -185,8 +228,16 @@ ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale,
   chooser.flags = kFileMustExist | kFileHideReadOnly;
   const std::optional<std::string> path = prompt.ChooseFileToOpen(chooser);
   if (!path) return ListFileOutcome::kCancelled;
-  if (ImportListFile(catalogue, locale, files, *path, list, added)) {
-    return ListFileOutcome::kDone;
+  switch (ImportListFile(catalogue, locale, files, *path, list, added)) {
+    case ListImportResult::kImported:
+      return ListFileOutcome::kDone;
+    case ListImportResult::kControlCharacter:
+      prompt.ShowMessage(kAppTitle, ControlCharacterMessage(ListNameField(list)),
+                         MessageIcon::kError);
+      return ListFileOutcome::kFailed;
+    case ListImportResult::kUnreadable:
+    case ListImportResult::kWriteFailed:
+      break;
   }
   prompt.ShowMessage(kAppTitle, LoadString(kIdsImportFailed), MessageIcon::kError);
   return ListFileOutcome::kFailed;

@@ -124,7 +124,12 @@ class ListNameAdder {
  public:
   ListNameAdder(Catalogue& catalogue, const Locale& locale, const CatalogueList& list);
   // AddListName's answer for `name`.
-  bool Add(std::u16string name);
+  bool Add(std::u16string name) { return AddName(std::move(name)) == kAdded; }
+
+  enum Result { kAdded, kRefused, kWriteFailed };
+  // Add, telling a name the catalogue refused (empty, already there) from a
+  // write that the store failed (a full disk).
+  Result AddName(std::u16string name);
 
  private:
   Catalogue& catalogue_;
@@ -133,14 +138,32 @@ class ListNameAdder {
   std::optional<ItemAdder> items_;
 };
 
+// Adds `names` to `list` in file order through one ListNameAdder, in store
+// batches committed every kImportChunk names, and stops at the first add or
+// commit that the store fails: the batches committed before stay. *added
+// counts the records committed. False after such a failure.
+inline constexpr int kImportChunk = 1024;
+bool AddListNames(Catalogue& catalogue, const Locale& locale, const CatalogueList& list,
+                  std::vector<std::u16string> names, int* added);
+
+enum class ListImportResult {
+  kImported,
+  kUnreadable,        // the file cannot be read, is an empty UTF-16 file, or
+                      // memory ran out
+  kControlCharacter,  // a name holds a control character: nothing was added
+  kWriteFailed,       // the store failed part-way (AddListNames)
+};
+
 // Imports the list file at `path` into `list`: reads it whole (the file is
-// never changed), splits it and adds every name in file order inside one
-// store batch. *added (optional) counts the records written. False when the
-// file cannot be read or is an empty UTF-16 file, or memory runs out; names
-// added before a failure stay.
-bool ImportListFile(Catalogue& catalogue, const Locale& locale, FileSystem& files,
-                    const std::string& path, const CatalogueList& list,
-                    int* added = nullptr);
+// never changed; at most kListFileMaxBytes), splits it, refuses it whole when
+// a name holds a control character, and adds every name through
+// AddListNames. *added (optional) counts the records written.
+ListImportResult ImportListFile(Catalogue& catalogue, const Locale& locale,
+                                FileSystem& files, const std::string& path,
+                                const CatalogueList& list, int* added = nullptr);
+
+// The field that the names of `list` fill: client, project, task or contact.
+TextField ListNameField(const CatalogueList& list);
 
 // What the import and export commands of the tree came to.
 enum class ListFileOutcome {
@@ -153,7 +176,8 @@ enum class ListFileOutcome {
 // file ("List File (*.txt)|*.txt|", extension "txt", must exist, hide
 // read-only) and imports it. On failure shows "Unable to import data.
 // Please close some applications and try again." (kIdsImportFailed, error
-// icon). *added (optional) as for ImportListFile.
+// icon); for a name holding a control character ControlCharacterMessage of
+// the list's field instead. *added (optional) as for ImportListFile.
 ListFileOutcome RunListImport(Catalogue& catalogue, const Locale& locale,
                               FileSystem& files, UserPrompt& prompt,
                               const CatalogueList& list, int* added = nullptr);

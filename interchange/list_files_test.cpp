@@ -103,7 +103,8 @@ class ListImportTest : public ::testing::Test {
     return path;
   }
   bool Import(const std::string& path, const CatalogueList& list, int* added = nullptr) {
-    return ImportListFile(catalogue_, *locale_, FileSystem::Posix(), path, list, added);
+    return ImportListFile(catalogue_, *locale_, FileSystem::Posix(), path, list, added) ==
+           ListImportResult::kImported;
   }
   quillora::Names Names(const CatalogueList& list) {
     return ListNames(catalogue_, *locale_, list);

@@ -1,6 +1,7 @@
 #include "interchange/xml_export.h"
 
 #include "platform/narrow_text_writer.h"
+#include "store/name_text.h"
 #include "platform/text_pipe.h"
 #include "reports/markup_stream.h"
 #include "timekeeping/duration.h"
@@ -18,6 +19,16 @@ std::u16string XmlDeclaration(std::uint16_t encoding) {
   return line;
 }
 
+// Data from before names were checked (an old backup) may hold control
+// characters, which XML 1.0 cannot hold even as references: each becomes "?"
+// so that every export is well-formed.
+std::u16string Xml(TextField field, const std::u16string& text) {
+  if (!HoldsControlCharacter(field, text) && text.find_first_of(u"\uFFFE\uFFFF") == std::u16string::npos) {
+    return text;
+  }
+  return ReplaceControlCharacters(field, text);
+}
+
 void BuildXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& settings,
                   const Locale& locale) {
   SystemTime when;
@@ -27,10 +38,10 @@ void BuildXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& s
   doc->AddAttribute(u"Billable", entry.billable ? u"Y" : u"N");
   doc->AddAttribute(u"Paid", entry.paid ? u"Y" : u"N");
   doc->AddChildElement(u"DATE", dated ? locale.FormatDate(when, u"yyyy-MM-dd") : u"");
-  doc->AddChildElement(u"CLIENT", entry.client);
-  doc->AddChildElement(u"PROJECT", entry.project);
-  doc->AddChildElement(u"PHASE", entry.phase);
-  doc->AddChildElement(u"TASK", entry.task);
+  doc->AddChildElement(u"CLIENT", Xml(TextField::kClient, entry.client));
+  doc->AddChildElement(u"PROJECT", Xml(TextField::kProject, entry.project));
+  doc->AddChildElement(u"PHASE", Xml(TextField::kPhase, entry.phase));
+  doc->AddChildElement(u"TASK", Xml(TextField::kTask, entry.task));
   if (dated && when.second == kStartTimeMark) {
     // "hh" is the 12-hour clock and the picture has no AM/PM marker, so 14:05
     // is written 02:05:00. Files that others read were written so; kept.
@@ -39,20 +50,20 @@ void BuildXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& s
     doc->AddChildElement(u"START", locale.FormatTime(start, u"hh:mm:ss"));
   }
   doc->AddChildElement(u"DURATION", FormatHundredths(entry.duration));
-  doc->AddChildElement(u"CURRENCY", entry.currency);
+  doc->AddChildElement(u"CURRENCY", Xml(TextField::kCurrency, entry.currency));
   if (entry.rate != 0) {
     doc->AddChildElement(u"RATE", FormatHundredths(entry.rate));
     doc->AddChildAttribute(u"Type", FormatInteger(entry.rateType));
   }
   // Written for every entry, billable or not.
   doc->AddChildElement(u"AMOUNT", FormatTwoDecimals(EntryAmount(entry, settings)));
-  doc->AddChildElement(u"BILLTO", entry.billTo);
-  doc->AddChildElement(u"CUSTOM1", entry.custom1);
-  doc->AddChildElement(u"CUSTOM2", entry.custom2);
-  doc->AddChildElement(u"CUSTOM3", entry.custom3);
+  doc->AddChildElement(u"BILLTO", Xml(TextField::kBillTo, entry.billTo));
+  doc->AddChildElement(u"CUSTOM1", Xml(TextField::kCustom1, entry.custom1));
+  doc->AddChildElement(u"CUSTOM2", Xml(TextField::kCustom2, entry.custom2));
+  doc->AddChildElement(u"CUSTOM3", Xml(TextField::kCustom3, entry.custom3));
   // The note keeps its line breaks here; "BreakSub" is for CSV only.
   const std::u16string note = ExportNoteText(entry);
-  if (!note.empty()) doc->AddChildElement(u"NOTES", note);
+  if (!note.empty()) doc->AddChildElement(u"NOTES", Xml(TextField::kNote, note));
 }
 
 bool ExportXml(const std::string& path, const EntryFilter& criteria,

@@ -37,6 +37,13 @@ class UserPrompt {
   // A message box. An empty title shows the bare text.
   virtual void ShowMessage(const std::u16string& title, const std::u16string& text,
                            MessageIcon icon) = 0;
+  // A message box with a detail below the text (the window's informative
+  // text; the command line's next line). By default the text alone.
+  virtual void ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
+                                   MessageIcon icon, const std::u16string& detail) {
+    (void)detail;
+    ShowMessage(title, text, icon);
+  }
 
   // A question; the default answer is the button that Enter presses.
   virtual Answer Ask(const std::u16string& title, const std::u16string& text,

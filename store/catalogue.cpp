@@ -279,10 +279,16 @@ bool GrowCatalogue(Catalogue& catalogue, const Locale& locale, const TimeEntry& 
   return true;
 }
 
-bool CheckNameText(UserPrompt& prompt, const std::u16string& text) {
-  if (!text.empty()) return true;
-  prompt.ShowMessage(kAppTitle, LoadString(kIdsBlankName), MessageIcon::kExclamation);
-  return false;
+bool CheckNameText(UserPrompt& prompt, const std::u16string& text, TextField field) {
+  if (text.empty()) {
+    prompt.ShowMessage(kAppTitle, LoadString(kIdsBlankName), MessageIcon::kExclamation);
+    return false;
+  }
+  if (HoldsControlCharacter(field, text)) {
+    prompt.ShowMessage(kAppTitle, ControlCharacterMessage(field), MessageIcon::kExclamation);
+    return false;
+  }
+  return true;
 }
 
 }  // namespace quillora

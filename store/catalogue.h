@@ -17,6 +17,7 @@
 
 #include "platform/locale.h"
 #include "platform/user_prompt.h"
+#include "store/name_text.h"
 #include "store/client_store.h"
 #include "store/record_store.h"
 #include "store/time_entry.h"
@@ -219,8 +220,10 @@ DeleteOutcome DeleteProjectAsked(Catalogue& catalogue, UserPrompt& prompt,
 bool GrowCatalogue(Catalogue& catalogue, const Locale& locale, const TimeEntry& entry);
 
 // The name dialog's rule: an empty text shows "Please enter some text. Blank
-// is not allowed." and answers false.
-bool CheckNameText(UserPrompt& prompt, const std::u16string& text);
+// is not allowed." and answers false; so does a text holding a control
+// character, with ControlCharacterMessage(field).
+bool CheckNameText(UserPrompt& prompt, const std::u16string& text,
+                   TextField field = TextField::kName);
 
 }  // namespace quillora
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/cli/cli_commands.h"
+#include "store/name_text.h"
 #include "app/cli/period_options.h"
 #include "periods/entry_filter.h"
 #include "platform/text.h"
@@ -64,6 +65,10 @@ int ReplaceRun(CliContext& context, Arguments& args) {
   const std::u16string replacement = FromUtf8(*with);
   if (replacement.size() > kReplaceTextLimit) {
     return UsageError("--with takes at most 127 characters");
+  }
+  // The replacement becomes a name in every entry that had the old one.
+  if (HoldsControlCharacter(TextField::kName, replacement)) {
+    return context.Fail(ControlCharacterMessage(TextField::kName));
   }
   std::unique_ptr<EntryStore> entries;
   if (const int status = OpenStores(context, &entries)) return status;

@@ -125,7 +125,7 @@ int RunClient(CliContext& context, Arguments& args) {
   }
   if (sub == "add") {
     const std::u16string name = FromUtf8((*w)[0]);
-    if (!CheckNameText(s->prompt(), name)) return kExitFailed;
+    if (!CheckNameText(s->prompt(), name, TextField::kClient)) return kExitFailed;
     if (FindClient(clients, name)) {
       return s->Fail(u"A client named " + Quoted(name) + u" already exists.");
     }
@@ -138,7 +138,7 @@ int RunClient(CliContext& context, Arguments& args) {
   if (!s->TakeClient((*w)[0], &client)) return kExitFailed;
   if (sub == "rename") {
     const std::u16string name = FromUtf8((*w)[1]);
-    if (!CheckNameText(s->prompt(), name)) return kExitFailed;
+    if (!CheckNameText(s->prompt(), name, TextField::kClient)) return kExitFailed;
     Client existing;
     if (FindClient(clients, name, &existing) && existing.record_id != client.record_id) {
       return s->Fail(u"A client named " + Quoted(name) + u" already exists.");
@@ -177,8 +177,8 @@ int RunProject(CliContext& context, Arguments& args) {
   const std::u16string project = FromUtf8((*w)[1]);
   if (sub == "add") {
     const std::u16string task = w->size() > 2 ? FromUtf8((*w)[2]) : u"";
-    if (!CheckNameText(s->prompt(), project)) return kExitFailed;
-    if (w->size() > 2 && !CheckNameText(s->prompt(), task)) return kExitFailed;
+    if (!CheckNameText(s->prompt(), project, TextField::kProject)) return kExitFailed;
+    if (w->size() > 2 && !CheckNameText(s->prompt(), task, TextField::kTask)) return kExitFailed;
     if (IsDuplicate(projects, locale, client.number, project, task)) {
       return s->Fail(task.empty() ? u"This project already exists for this client."
                                   : u"This task already exists in this project.");
@@ -242,8 +242,10 @@ int RunItems(CliContext& context, Arguments& args, bool tasks) {
     return kExitDone;
   }
   if (sub == "add") {
-    if (!CheckNameText(s->prompt(), name)) return kExitFailed;
-    if (project_arg && !CheckNameText(s->prompt(), FromUtf8(*project_arg)))
+    if (!CheckNameText(s->prompt(), name, tasks ? TextField::kTask : TextField::kContact)) {
+      return kExitFailed;
+    }
+    if (project_arg && !CheckNameText(s->prompt(), FromUtf8(*project_arg), TextField::kProject))
       return kExitFailed;
     if (std::any_of(items.begin(), items.end(),
                     [&](const CatalogueItem& i) { return locale.Equal(i.name, name); })) {
@@ -375,6 +377,9 @@ int RunRate(CliContext& context, Arguments& args) {
   }
   const std::u16string message = CheckRate(rates, *s->locale, input);
   if (!message.empty()) return s->Fail(message);
+  if (HoldsControlCharacter(TextField::kDescription, input.description)) {
+    return s->Fail(ControlCharacterMessage(TextField::kDescription));
+  }
   if (sub == "update" && input.record_id == 0) {
     return s->Fail(u"There is no such rate for this client.");
   }
@@ -404,6 +409,17 @@ std::optional<ValueListKind> ParseValueKind(const std::string& text) {
     if (text == name) return kind;
   }
   return std::nullopt;
+}
+
+TextField ValueField(ValueListKind kind) {
+  switch (kind) {
+    case ValueListKind::kPhase: return TextField::kPhase;
+    case ValueListKind::kCurrency: return TextField::kCurrency;
+    case ValueListKind::kCustom1: return TextField::kCustom1;
+    case ValueListKind::kCustom2: return TextField::kCustom2;
+    case ValueListKind::kCustom3: return TextField::kCustom3;
+  }
+  return TextField::kName;
 }
 
 int RunValue(CliContext& context, Arguments& args) {
@@ -445,7 +461,7 @@ int RunValue(CliContext& context, Arguments& args) {
     return locale->Equal(i.text, text);
   });
   if (sub == "add") {
-    if (!CheckNameText(*context.prompt, text)) return kExitFailed;
+    if (!CheckNameText(*context.prompt, text, ValueField(*kind))) return kExitFailed;
     if (present) return context.Fail(Quoted(text) + u" is already in the list.");
     if (!AddValue(aux, *locale, *kind, text))
       return context.Fail(u"Unable to save the item.");

@@ -30,6 +30,11 @@ CliPrompt::CliPrompt(bool assume_yes, std::FILE* out, std::FILE* err)
 
 void CliPrompt::ShowMessage(const std::u16string& title, const std::u16string& text,
                             MessageIcon icon) {
+  ShowDetailedMessage(title, text, icon, {});
+}
+
+void CliPrompt::ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
+                                    MessageIcon icon, const std::u16string& detail) {
   const bool is_error = icon == MessageIcon::kError || icon == MessageIcon::kExclamation ||
                         icon == MessageIcon::kWarning;
   if (is_error) showed_error_ = true;
@@ -41,10 +46,11 @@ void CliPrompt::ShowMessage(const std::u16string& title, const std::u16string& t
     std::fprintf(stream, "%s: %s\n", OneLine(title).c_str(), OneLine(text).c_str());
   }
   if (is_error) {
-    const std::string detail = DescribeLastFileFailure();
-    if (!detail.empty()) std::fprintf(stream, "quillora: %s\n", detail.c_str());
+    const std::string reason = DescribeLastFileFailure();
+    if (!reason.empty()) std::fprintf(stream, "quillora: %s\n", reason.c_str());
     ClearLastFileFailure();
   }
+  if (!detail.empty()) std::fprintf(stream, "quillora: %s\n", OneLine(detail).c_str());
   std::fflush(stream);
 }
 

@@ -28,6 +28,8 @@ class CliPrompt : public UserPrompt {
 
   void ShowMessage(const std::u16string& title, const std::u16string& text,
                    MessageIcon icon) override;
+  void ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
+                           MessageIcon icon, const std::u16string& detail) override;
   Answer Ask(const std::u16string& title, const std::u16string& text, MessageIcon icon,
              QuestionButtons buttons, Answer default_answer) override;
   std::optional<std::string> ChooseFileToOpen(const FileChooser& chooser) override;

@@ -13,6 +13,7 @@
 #include "app/cli/period_options.h"
 #include "platform/file.h"
 #include "platform/text.h"
+#include "store/name_text.h"
 #include "store/note_text.h"
 #include "store/rates.h"
 #include "store/time_entry.h"
@@ -163,6 +164,22 @@ void TakeFields(Arguments& args, FieldOptions* f) {
 // Sets the fields given on the editor's pages, in page order. Answers an exit
 // status other than 0 when the note file cannot be read.
 int ApplyFields(CliContext& context, const FieldOptions& f, EntryEditor* editor) {
+  auto text = [](const std::optional<std::string>& v) {
+    return v ? FromUtf8(*v) : std::u16string();
+  };
+  const std::u16string client = text(f.client), project = text(f.project),
+                       phase = text(f.phase), task = text(f.task), bill_to = text(f.bill_to),
+                       currency = text(f.currency), custom1 = text(f.custom[0]),
+                       custom2 = text(f.custom[1]), custom3 = text(f.custom[2]),
+                       note = text(f.note);
+  if (const auto bad = FindControlCharacter(
+          {{TextField::kClient, client}, {TextField::kProject, project},
+           {TextField::kPhase, phase}, {TextField::kTask, task},
+           {TextField::kBillTo, bill_to}, {TextField::kCurrency, currency},
+           {TextField::kCustom1, custom1}, {TextField::kCustom2, custom2},
+           {TextField::kCustom3, custom3}, {TextField::kNote, note}})) {
+    return context.Fail(ControlCharacterMessage(*bad));
+  }
   // General page.
   if (f.date) editor->SetDate(*f.date);
   if (f.client) editor->SetClient(FromUtf8(*f.client));
@@ -203,7 +220,11 @@ int ApplyFields(CliContext& context, const FieldOptions& f, EntryEditor* editor)
       return context.Fail(u"Unable to read the note file \"" + FromUtf8(*f.note_file) +
                           u"\".");
     }
-    editor->SetNoteText(NoteFromFile(std::move(bytes)));
+    const std::u16string file_note = NoteFromFile(std::move(bytes));
+    if (HoldsControlCharacter(TextField::kNote, file_note)) {
+      return context.Fail(ControlCharacterMessage(TextField::kNote));
+    }
+    editor->SetNoteText(file_note);
   }
   return kExitDone;
 }

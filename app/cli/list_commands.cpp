@@ -201,9 +201,10 @@ int RunContacts(CliContext& context, Arguments& args) {
     }
     if (!found) return context.Fail(u"There is no contact filed as \"" + name + u"\".");
   }
-  AddContactNames(*context.data.catalogue, context.locale(), list.client,
-                  dialog.CheckedNames());
-  return kExitDone;
+  return ImportContactNames(*context.data.catalogue, context.locale(), list.client,
+                            dialog.CheckedNames(), *context.prompt)
+             ? kExitDone
+             : kExitFailed;
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/cli/cli_commands.h"
+#include "store/name_text.h"
 #include "app/cli/period_options.h"
 #include "periods/entry_filter.h"
 #include "periods/periods.h"
@@ -353,6 +354,12 @@ int Save(CliContext& context, Arguments& args) {
   if (const int status = CheckReportName(context, name)) return status;
   if (o.title && FromUtf8(*o.title).size() > kReportTitleChars) {
     return context.Fail(LoadString(kIdsReportTitleTooLong));
+  }
+  if (o.title && HoldsControlCharacter(TextField::kTitle, FromUtf8(*o.title))) {
+    return context.Fail(ControlCharacterMessage(TextField::kTitle));
+  }
+  if (HoldsControlCharacter(TextField::kName, name)) {
+    return context.Fail(ControlCharacterMessage(TextField::kName));
   }
 
   // The definition of that name, or a new report's; a damaged one is

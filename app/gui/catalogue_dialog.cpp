@@ -78,20 +78,25 @@ class ListExportPrompt : public UserPrompt {
   void Preset(std::string path) { preset_ = std::move(path); }
   std::optional<std::string> ChooseFileToSave(const FileChooser& chooser) override {
     if (preset_) return preset_;
-    if (!dynamic_cast<GuiPrompt*>(&inner_)) return inner_.ChooseFileToSave(chooser);
+    auto* gui = dynamic_cast<GuiPrompt*>(&inner_);
+    if (!gui) return inner_.ChooseFileToSave(chooser);
     const QStringList filters = QtFileFilter(chooser.filter).split(";;");
     QFileDialog dialog(parent_, ToQString(chooser.title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     // "Unicode Text" names no pattern of its own: both choices are *.txt.
     dialog.setNameFilters({filters.value(0), filters.value(1) + " (*.txt)"});
     dialog.setDefaultSuffix(ToQString(chooser.default_extension));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
-      return std::nullopt;
-    }
+    std::string path;
+    do {
+      if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+      }
+      path = dialog.selectedFiles().first().toStdString();
+    } while (RefuseOwnDataFile(gui->data_folder(), path, inner_));
     *format_ = dialog.selectedNameFilter() == dialog.nameFilters().value(1)
                    ? ListFileFormat::kUnicode
                    : ListFileFormat::kAnsi;
-    return dialog.selectedFiles().first().toStdString();
+    return path;
   }
   void BeginProgress(const std::u16string& title, int total) override {
     inner_.BeginProgress(title, total);
@@ -507,7 +512,7 @@ void CatalogueDialog::ImportContacts(ClientId client) {
   }
   ContactsImportDialog dialog(model, this);
   if (Run(dialog) != QDialog::Accepted) return;
-  AddContactNames(catalogue_, locale_, client, model.CheckedNames());
+  ImportContactNames(catalogue_, locale_, client, model.CheckedNames(), prompt_);
   Rebuild();
 }
 

@@ -5,6 +5,9 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include "platform/file.h"
+#include "store/data_context.h"
+
 namespace quillora {
 namespace {
 
@@ -32,7 +35,19 @@ QString QtFileFilter(const std::u16string& device_filter) {
 
 void GuiPrompt::ShowMessage(const std::u16string& title, const std::u16string& text,
                             MessageIcon icon) {
+  ShowDetailedMessage(title, text, icon, {});
+}
+
+void GuiPrompt::ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
+                                    MessageIcon icon, const std::u16string& detail) {
   QMessageBox box(QtIcon(icon), ToQString(title), ToQString(text), QMessageBox::Ok, parent_);
+  // After a failed file operation: the file and the system's reason.
+  QStringList lines;
+  const std::string reason = DescribeLastFileFailure();
+  ClearLastFileFailure();
+  if (!reason.empty()) lines << QString::fromStdString(reason);
+  if (!detail.empty()) lines << ToQString(detail);
+  if (!lines.isEmpty()) box.setInformativeText(lines.join('\n'));
   box.exec();
 }
 
@@ -75,10 +90,15 @@ std::optional<std::string> GuiPrompt::ChooseFileToSave(const FileChooser& choose
   if (!(chooser.flags & kFileOverwritePrompt)) {
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
   }
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
-    return std::nullopt;
+  for (;;) {
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+      return std::nullopt;
+    }
+    std::string path = dialog.selectedFiles().first().toStdString();
+    // The data folder's own files are never written over: say so, and let
+    // the user choose again.
+    if (!RefuseOwnDataFile(data_folder_, path, *this)) return path;
   }
-  return dialog.selectedFiles().first().toStdString();
 }
 
 void GuiPrompt::BeginProgress(const std::u16string& title, int total) {

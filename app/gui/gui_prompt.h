@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <QProgressDialog>
 #include <QWidget>
+#include <string>
+#include <utility>
 
 #include "platform/user_prompt.h"
 
@@ -14,10 +16,15 @@ namespace quillora {
 
 class GuiPrompt : public UserPrompt {
  public:
-  explicit GuiPrompt(QWidget* parent) : parent_(parent) {}
+  // `data_folder`: the open data folder, whose own files the save dialogs
+  // refuse.
+  explicit GuiPrompt(QWidget* parent, std::string data_folder = {})
+      : parent_(parent), data_folder_(std::move(data_folder)) {}
 
   void ShowMessage(const std::u16string& title, const std::u16string& text,
                    MessageIcon icon) override;
+  void ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
+                           MessageIcon icon, const std::u16string& detail) override;
   Answer Ask(const std::u16string& title, const std::u16string& text, MessageIcon icon,
              QuestionButtons buttons, Answer default_answer) override;
   std::optional<std::string> ChooseFileToOpen(const FileChooser& chooser) override;
@@ -26,8 +33,11 @@ class GuiPrompt : public UserPrompt {
   void StepProgress(int position, const std::u16string& text) override;
   void EndProgress() override;
 
+  const std::string& data_folder() const { return data_folder_; }
+
  private:
   QWidget* parent_;
+  std::string data_folder_;
   QPointer<QProgressDialog> progress_;
 };
 

@@ -31,7 +31,7 @@ SystemTime FromQDate(const QDate& d) { return MakeSystemTime(d.year(), d.month()
 }  // namespace
 
 MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
-    : QMainWindow(parent), data_(data), clock_(clock), gui_prompt_(this) {
+    : QMainWindow(parent), data_(data), clock_(clock), gui_prompt_(this, data.folder) {
   setWindowTitle(ToQString(kAppTitle));
   auto* central = new QWidget(this);
   auto* layout = new QVBoxLayout(central);

@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include <QDir>
 #include <QLocalSocket>
 
@@ -29,12 +31,29 @@ bool PeerIsUs(const QLocalSocket& socket) {
          peer.uid == ::getuid();
 }
 
+// The folder of the socket, made private to the user (0700) when missing.
+// False when it is anything else: not a folder (a symbolic link included),
+// another user's, or open to others; nobody else can then have planted the
+// socket in it.
+bool PrivateFolder(const QString& folder) {
+  const QByteArray path = folder.toLocal8Bit();
+  if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST) return false;
+  struct stat st {};
+  return ::lstat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode) &&
+         st.st_uid == ::getuid() && (st.st_mode & 077) == 0;
+}
+
+// $XDG_RUNTIME_DIR/quillora/quillora.sock, else a folder of the user's in the
+// temporary folder; empty when that folder is not private.
 QString DefaultSocketPath() {
   const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-  if (!runtime.isEmpty() && QDir(QString::fromLocal8Bit(runtime)).exists()) {
-    return QString::fromLocal8Bit(runtime) + "/quillora.sock";
+  QString folder;
+  if (runtime.startsWith('/') && QDir(QString::fromLocal8Bit(runtime)).exists()) {
+    folder = QString::fromLocal8Bit(runtime) + "/quillora";
+  } else {
+    folder = QDir::tempPath() + QString("/quillora-%1").arg(::getuid());
   }
-  return QDir::tempPath() + QString("/quillora-%1.sock").arg(getuid());
+  return PrivateFolder(folder) ? folder + "/quillora.sock" : QString();
 }
 
 }  // namespace
@@ -42,11 +61,13 @@ QString DefaultSocketPath() {
 SingleInstance::SingleInstance(QString socket_path, QObject* parent)
     : QObject(parent),
       socket_path_(socket_path.isEmpty() ? DefaultSocketPath() : std::move(socket_path)) {
+  // No private folder: this copy runs alone, neither handing over nor
+  // listening.
   connect(&server_, &QLocalServer::newConnection, this, &SingleInstance::Accept);
 }
 
 bool SingleInstance::HandOver(const QStringList& arguments) {
-  if (!OwnedByUs(socket_path_)) return false;
+  if (socket_path_.isEmpty() || !OwnedByUs(socket_path_)) return false;
   QLocalSocket socket;
   socket.connectToServer(socket_path_);
   if (!socket.waitForConnected(kTimeoutMs) || !PeerIsUs(socket)) return false;
@@ -62,6 +83,7 @@ bool SingleInstance::HandOver(const QStringList& arguments) {
 }
 
 bool SingleInstance::Listen() {
+  if (socket_path_.isEmpty()) return false;
   server_.setSocketOptions(QLocalServer::UserAccessOption);
   if (!server_.listen(socket_path_)) {
     // A socket left by a copy that crashed: nobody answers it.

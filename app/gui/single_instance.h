@@ -1,6 +1,8 @@
-// One running copy per user. The first start listens on a local socket in
-// $XDG_RUNTIME_DIR (0600); a later start hands its command line over that
-// socket to the first and ends without showing a window.
+// One running copy per user. The first start listens on a local socket
+// (0600) in the user's private folder $XDG_RUNTIME_DIR/quillora (0700,
+// created when missing; refused when another user owns it or others may
+// enter it); a later start hands its command line over that socket to the
+// first and ends without showing a window.
 #ifndef QUILLORA_APP_GUI_SINGLE_INSTANCE_H_
 #define QUILLORA_APP_GUI_SINGLE_INSTANCE_H_
 
@@ -15,8 +17,10 @@ class SingleInstance : public QObject {
   Q_OBJECT
 
  public:
-  // `socket_path` empty: $XDG_RUNTIME_DIR/quillora.sock (else a path in the
-  // temporary folder named after the user id).
+  // `socket_path` empty: $XDG_RUNTIME_DIR/quillora/quillora.sock (else a
+  // folder in the temporary folder named after the user id). When that
+  // folder cannot be made private, the path is empty and this copy runs
+  // alone.
   explicit SingleInstance(QString socket_path = {}, QObject* parent = nullptr);
 
   // Sends `arguments` to a running copy; true when one took them (this copy
