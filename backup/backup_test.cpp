@@ -283,6 +283,17 @@ TEST_F(BackupTest, AFailureMidRestoreKeepsTheRecordsAddedBeforeIt) {
   DatabaseInfo info;
   other->GetDatabaseInfo(entries.database_id(), &info);
   EXPECT_EQ(info.record_count, 1030u);
+
+  // The command says what stays, so that no one restores the file again.
+  prompt_.files.push_back(File("mid.qrd"));
+  EXPECT_EQ(RestoreCommand(b_.entries, b_.catalogue, *locale_, prompt_, FileSystem::Posix()),
+            kRestoreFailed);
+  EXPECT_EQ(prompt_.Texts(), std::vector<std::u16string>{u"Restore has failed. Please select a "
+                                                         u"different backup and try again."});
+  EXPECT_EQ(prompt_.details,
+            std::vector<std::u16string>{u"Added before the failure: 1030 entries and 0 clients. "
+                                        u"They stay; restoring the same file again adds them a "
+                                        u"second time."});
 }
 
 TEST_F(BackupTest, TheBackupCommandCountsEntriesAndClientsFromOne) {

@@ -196,16 +196,19 @@ TEST_F(ListImportTest, LongLinesAreCutAndBadFilesFailWithTheMessage) {
   EXPECT_EQ(Names(contacts), (quillora::Names{std::u16string(127, u'x')}));
 
   testing::FakePrompt prompt;
-  prompt.files = {File("bom.txt", "\xFF\xFE"), dir_.File("missing.txt"), std::nullopt,
-                  File("ok.txt", "Second\n")};
+  prompt.files = {File("bom.txt", "\xFF\xFE"), dir_.File("missing.txt"),
+                  File("esc.txt", "Fine\nBad\x1b[0m\n"), std::nullopt, File("ok.txt", "Second\n")};
   auto run = [&] {
     return RunListImport(catalogue_, *locale_, FileSystem::Posix(), prompt, contacts);
   };
   EXPECT_EQ(run(), ListFileOutcome::kFailed);
   EXPECT_EQ(run(), ListFileOutcome::kFailed);
+  EXPECT_EQ(run(), ListFileOutcome::kFailed) << "a name with an escape: nothing added";
   EXPECT_EQ(run(), ListFileOutcome::kCancelled);
   EXPECT_EQ(run(), ListFileOutcome::kDone);
-  ASSERT_EQ(prompt.shown.size(), 2u);
+  ASSERT_EQ(prompt.shown.size(), 3u);
+  EXPECT_EQ(prompt.shown[2].text, ControlCharacterMessage(TextField::kContact));
+  prompt.shown.pop_back();
   for (const auto& shown : prompt.shown) {
     EXPECT_EQ(shown.title, u"Quillora");
     EXPECT_EQ(shown.text,

@@ -227,6 +227,20 @@ TEST_F(XmlExportTest, XmlLintParsesTheFileOfEachEncoding) {
   TimeEntry plain = At(2026, 11, 21);
   plain.client = u"Plain";
   Add(plain);
+  // Control characters from before names were checked (an old backup): each
+  // becomes "?", the note keeps its tab and line breaks.
+  TimeEntry old = At(2026, 11, 21, 10, 0, 1);
+  old.client = u"A\nB";
+  old.project = u"\x1b[31mred";
+  old.phase = u"\x01";
+  old.task = u"t\x7f";
+  old.currency = u"\tE";
+  old.billTo = u"\x0c";
+  old.custom1 = u"\x1f";
+  old.custom2 = u"\r";
+  old.custom3 = u"\x08";
+  SetNoteText(&old, u"a\tb\x02c\nd");
+  Add(old);
 
   for (bool non_ascii : {false, true}) {
     if (non_ascii) {
@@ -247,6 +261,11 @@ TEST_F(XmlExportTest, XmlLintParsesTheFileOfEachEncoding) {
           << "encoding " << encoding << (non_ascii ? " with accents" : "") << ": "
           << output;
       EXPECT_EQ(output, "") << "encoding " << encoding;
+      if (encoding == 0) {
+        const std::string bytes = testing::ReadFileBytes(path);
+        EXPECT_NE(bytes.find("<CLIENT>A?B</CLIENT>"), std::string::npos);
+        EXPECT_NE(bytes.find("<NOTES>a\tb?c"), std::string::npos);
+      }
     }
   }
 }

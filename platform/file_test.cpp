@@ -1,5 +1,10 @@
 #include "platform/file.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdint>
+
 #include <gtest/gtest.h>
 
 #include "tests/faulty_file_system.h"
@@ -57,6 +62,61 @@ TEST(FileTest, AFullDiskKeepsWhatFitAndFailsTheRest) {
     EXPECT_FALSE(big->Write(block.data(), block.size()));
     EXPECT_FALSE(big->Write("z", 1)) << "nothing more after a failed write";
   }
+}
+
+// Nothing but a regular file is read, and nothing but a regular file or a
+// character device written; a FIFO no one opens at the other end is refused
+// at once, naming the file and why.
+TEST(FileTest, OnlyRegularFilesAndDevicesAreOpened) {
+  testing::TempDir dir;
+  const std::string fifo = dir.File("fifo");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  const std::string big = dir.File("big");
+  testing::WriteFileBytes(big, "");
+  ASSERT_EQ(truncate(big.c_str(), 3000), 0);
+  struct Case {
+    std::string path;
+    bool write;
+    std::size_t limit;
+    const char* reason;  // null: opened
+  };
+  const Case cases[] = {
+      {fifo, false, SIZE_MAX, "not a regular file"},
+      {fifo, true, SIZE_MAX, "not a regular file"},
+      {dir.path(), false, SIZE_MAX, "Is a directory"},
+      {dir.path(), true, SIZE_MAX, "not a regular file"},
+      {big, false, 2999, "File too large"},
+      {big, false, 3000, nullptr},
+      {"/dev/null", true, SIZE_MAX, nullptr},
+      {"/dev/null", false, SIZE_MAX, "not a regular file"},
+      {dir.File("none/x"), true, SIZE_MAX, "No such file or directory"},
+  };
+  for (const Case& c : cases) {
+    ClearLastFileFailure();
+    std::string bytes;
+    const bool opened = c.write ? FileSystem::Posix().CreateAlways(c.path) != nullptr
+                                : FileSystem::Posix().ReadWholeFile(c.path, &bytes, c.limit);
+    SCOPED_TRACE(c.path + (c.write ? " write" : " read"));
+    EXPECT_EQ(opened, c.reason == nullptr);
+    EXPECT_EQ(DescribeLastFileFailure(), c.reason ? c.path + ": " + c.reason : "");
+  }
+}
+
+TEST(FileTest, NewFilesArePrivateWhateverTheUmaskAndOldOnesKeepTheirMode) {
+  testing::TempDir dir;
+  const std::string old_file = dir.File("old");
+  testing::WriteFileBytes(old_file, "x");
+  ASSERT_EQ(chmod(old_file.c_str(), 0644), 0);
+  const mode_t umask_was = umask(0);
+  EXPECT_NE(FileSystem::Posix().CreateAlways(dir.File("new")), nullptr);
+  EXPECT_NE(FileSystem::Posix().CreateAlways(old_file), nullptr);
+  umask(umask_was);
+  struct stat st {};
+  ASSERT_EQ(stat(dir.File("new").c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0600u);
+  ASSERT_EQ(stat(old_file.c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0644u);
+  EXPECT_EQ(st.st_size, 0) << "replaced";
 }
 
 }  // namespace

@@ -27,6 +27,11 @@ class FakePrompt : public UserPrompt {
                    MessageIcon icon) override {
     shown.push_back({title, text, icon, false, QuestionButtons::kYesNo, Answer::kOk});
   }
+  void ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
+                           MessageIcon icon, const std::u16string& detail) override {
+    ShowMessage(title, text, icon);
+    details.push_back(detail);
+  }
   // Answers from `answers`, then the default answer when the queue is empty.
   Answer Ask(const std::u16string& title, const std::u16string& text, MessageIcon icon,
              QuestionButtons buttons, Answer default_answer) override {
@@ -62,6 +67,7 @@ class FakePrompt : public UserPrompt {
   }
 
   std::vector<Shown> shown;
+  std::vector<std::u16string> details;  // of ShowDetailedMessage, in order
   std::deque<Answer> answers;
   std::deque<std::optional<std::string>> files;  // nullopt: cancelled
   std::vector<FileChooser> choosers;

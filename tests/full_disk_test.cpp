@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <set>
 #include <sstream>
@@ -174,6 +175,40 @@ TEST_F(FullDiskTest, TheStoreOnAFillingDiskFailsCleanlyAndKeepsWhatItHad) {
   const auto r = RunQuillora(data, {"add", "--task", "Work", "--date", "2026-11-20", "--client", "Acme",
                                     "--duration", "1"});
   EXPECT_EQ(r.status, 0) << r.err;
+}
+
+// An import that fills the disk stops with the system's message and exit 1,
+// and keeps the batches it committed: a prefix of the file's names.
+TEST_F(FullDiskTest, AnImportThatFillsTheDiskKeepsWhatItCommitted) {
+  const std::string data = disk_ + "/data";
+  ASSERT_EQ(RunQuillora(data, {"client", "add", "Acme"}).status, 0);
+  std::string names;
+  for (int i = 0; i < 100000; ++i) {
+    char name[32];
+    std::snprintf(name, sizeof name, "Client %06d\n", i);
+    names += name;
+  }
+  const std::string list = dir_.File("clients.txt");
+  testing::WriteFileBytes(list, names);
+  Fill(disk_, 384 * 1024);
+  const auto r = RunQuillora(data, {"import", "clients", list});
+  EXPECT_EQ(r.status, 1) << r.out;
+  EXPECT_NE(r.err.find("Quillora: Unable to import data."), std::string::npos) << r.err;
+  unlink((disk_ + "/filler").c_str());
+  const auto listed = RunQuillora(data, {"client", "list"});
+  ASSERT_EQ(listed.status, 0) << listed.err;
+  std::istringstream lines(listed.out);
+  std::vector<std::string> clients;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.rfind("Client ", 0) == 0) clients.push_back(line.substr(0, line.find('\t')));
+  }
+  EXPECT_GT(clients.size(), 0u) << "the batches committed before the disk filled stay";
+  EXPECT_LT(clients.size(), 100000u);
+  for (std::size_t i = 0; i < clients.size(); ++i) {
+    char name[32];
+    std::snprintf(name, sizeof name, "Client %06zu", i);
+    ASSERT_EQ(clients[i], name) << "not a prefix of the file";
+  }
 }
 
 }  // namespace
