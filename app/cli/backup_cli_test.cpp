@@ -145,7 +145,8 @@ TEST_F(BackupCliTest, DamagedAndForeignFilesAreRefusedWithTheirMessages) {
        ""},
       {{"restore", File("missing.qrd")},
        1,
-       "Quillora: Restore has failed. Please select a different backup and try again.\n",
+       "Quillora: Restore has failed. Please select a different backup and try again.\n"
+       "quillora: " + File("missing.qrd") + ": No such file or directory\n",
        ""},
       {{"restore", File("v219.qrd")},
        1,
@@ -164,7 +165,7 @@ TEST_F(BackupCliTest, DamagedAndForeignFilesAreRefusedWithTheirMessages) {
        1,
        "Quillora: Backup has failed. Please make sure you have enough space on the "
        "storage "
-       "device.\n",
+       "device.\nquillora: " + File("no/such/folder/x.qrd") + ": No such file or directory\n",
        ""},
   };
   for (const auto& c : cases) {

@@ -176,7 +176,8 @@ TEST_F(ExportCliTest, AnExistingFileIsReplacedOnlyAfterTheQuestion) {
 TEST_F(ExportCliTest, AFileThatCannotBeWrittenGivesTheMessage) {
   const auto r = Run({"export", "xml", "--day", "2026-11-21", File("missing/x.xml")});
   EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err, kFailed);
+  EXPECT_EQ(r.err, std::string(kFailed) + "quillora: " + File("missing/x.xml") +
+                       ": No such file or directory\n");
 }
 
 TEST_F(ExportCliTest, WrongUsageWritesNothing) {

@@ -13,6 +13,7 @@
 #include "periods/entry_filter.h"
 #include "periods/entry_list_item.h"
 #include "periods/period_entries.h"
+#include "platform/file.h"
 #include "periods/quick_summary.h"
 #include "platform/file.h"
 #include "platform/text.h"
@@ -132,6 +133,9 @@ int RunSummary(CliContext& context, Arguments& args) {
   }
   // The dialog shows no message here; a script still learns why it failed.
   std::fprintf(stderr, "quillora: %s could not be written\n", csv->c_str());
+  const std::string reason = DescribeLastFileFailure();
+  ClearLastFileFailure();
+  if (!reason.empty()) std::fprintf(stderr, "quillora: %s\n", reason.c_str());
   return kExitFailed;
 }
 
