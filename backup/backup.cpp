@@ -406,7 +406,8 @@ int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& loca
     result = Restore(writer, files, *path);
   }
   if (result == kRestoreFailed) {
-    ShowRestoreFailure(prompt, LoadString(kIdsRestoreFailed), MessageIcon::kError, writer);
+    ShowRestoreFailure(prompt, LoadString(kIdsRestoreFailed), MessageIcon::kError,
+                       writer);
   } else if (result == kRestoreVersionNotSupported) {
     prompt.ShowMessage(kAppTitle, LoadString(kIdsBackupNotSupported),
                        MessageIcon::kError);

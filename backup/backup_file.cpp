@@ -76,7 +76,8 @@ bool BackupFile::Commit() { return writer_.Commit() == CompoundResult::kOk; }
 
 bool BackupFile::Verify(FileSystem& files) const {
   std::string bytes;
-  if (nodes_.empty() || !files.ReadWholeFile(path_, &bytes, kCompoundFileMaxBytes)) return false;
+  if (nodes_.empty() || !files.ReadWholeFile(path_, &bytes, kCompoundFileMaxBytes))
+    return false;
   CompoundReader reader;
   if (reader.OpenBytes(std::move(bytes)) != CompoundResult::kOk) return false;
   // The reader's handle of each ledger node; parents come before children.

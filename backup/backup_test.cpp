@@ -286,14 +286,16 @@ TEST_F(BackupTest, AFailureMidRestoreKeepsTheRecordsAddedBeforeIt) {
 
   // The command says what stays, so that no one restores the file again.
   prompt_.files.push_back(File("mid.qrd"));
-  EXPECT_EQ(RestoreCommand(b_.entries, b_.catalogue, *locale_, prompt_, FileSystem::Posix()),
-            kRestoreFailed);
-  EXPECT_EQ(prompt_.Texts(), std::vector<std::u16string>{u"Restore has failed. Please select a "
-                                                         u"different backup and try again."});
-  EXPECT_EQ(prompt_.details,
-            std::vector<std::u16string>{u"Added before the failure: 1030 entries and 0 clients. "
-                                        u"They stay; restoring the same file again adds them a "
-                                        u"second time."});
+  EXPECT_EQ(
+      RestoreCommand(b_.entries, b_.catalogue, *locale_, prompt_, FileSystem::Posix()),
+      kRestoreFailed);
+  EXPECT_EQ(prompt_.Texts(),
+            std::vector<std::u16string>{u"Restore has failed. Please select a "
+                                        u"different backup and try again."});
+  EXPECT_EQ(prompt_.details, std::vector<std::u16string>{
+                                 u"Added before the failure: 1030 entries and 0 clients. "
+                                 u"They stay; restoring the same file again adds them a "
+                                 u"second time."});
 }
 
 TEST_F(BackupTest, TheBackupCommandCountsEntriesAndClientsFromOne) {
@@ -334,7 +336,8 @@ class SwappedReads : public FileSystem {
   std::unique_ptr<WritableFile> CreateAlways(const std::string& path) override {
     return FileSystem::Posix().CreateAlways(path);
   }
-  bool ReadWholeFile(const std::string&, std::string* bytes, std::size_t max_size) override {
+  bool ReadWholeFile(const std::string&, std::string* bytes,
+                     std::size_t max_size) override {
     return FileSystem::Posix().ReadWholeFile(read_path_, bytes, max_size);
   }
   bool Exists(const std::string& path) override {

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <new>
 
-#include "platform/narrow_text_writer.h"
 #include "platform/code_page.h"
+#include "platform/narrow_text_writer.h"
 #include "platform/text.h"
 #include "store/client_store.h"
-#include "store/string_table.h"
 #include "store/name_text.h"
+#include "store/string_table.h"
 
 namespace quillora {
 namespace {
@@ -181,11 +181,15 @@ bool AddListName(Catalogue& catalogue, const Locale& locale, const CatalogueList
 
 TextField ListNameField(const CatalogueList& list) {
   switch (list.kind) {
-    case ListKind::kClients: return TextField::kClient;
-    case ListKind::kProjects: return TextField::kProject;
-    case ListKind::kTasks: return TextField::kTask;
+    case ListKind::kClients:
+      return TextField::kClient;
+    case ListKind::kProjects:
+      return TextField::kProject;
+    case ListKind::kTasks:
+      return TextField::kTask;
     case ListKind::kContacts:
-    case ListKind::kContactsApplication: return TextField::kContact;
+    case ListKind::kContactsApplication:
+      return TextField::kContact;
   }
   return TextField::kName;
 }

@@ -197,7 +197,8 @@ TEST_F(ListImportTest, LongLinesAreCutAndBadFilesFailWithTheMessage) {
 
   testing::FakePrompt prompt;
   prompt.files = {File("bom.txt", "\xFF\xFE"), dir_.File("missing.txt"),
-                  File("esc.txt", "Fine\nBad\x1b[0m\n"), std::nullopt, File("ok.txt", "Second\n")};
+                  File("esc.txt", "Fine\nBad\x1b[0m\n"), std::nullopt,
+                  File("ok.txt", "Second\n")};
   auto run = [&] {
     return RunListImport(catalogue_, *locale_, FileSystem::Posix(), prompt, contacts);
   };

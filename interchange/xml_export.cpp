@@ -1,9 +1,9 @@
 #include "interchange/xml_export.h"
 
 #include "platform/narrow_text_writer.h"
-#include "store/name_text.h"
 #include "platform/text_pipe.h"
 #include "reports/markup_stream.h"
+#include "store/name_text.h"
 #include "timekeeping/duration.h"
 
 namespace quillora {
@@ -23,7 +23,8 @@ std::u16string XmlDeclaration(std::uint16_t encoding) {
 // characters, which XML 1.0 cannot hold even as references: each becomes "?"
 // so that every export is well-formed.
 std::u16string Xml(TextField field, const std::u16string& text) {
-  if (!HoldsControlCharacter(field, text) && text.find_first_of(u"\uFFFE\uFFFF") == std::u16string::npos) {
+  if (!HoldsControlCharacter(field, text) &&
+      text.find_first_of(u"\uFFFE\uFFFF") == std::u16string::npos) {
     return text;
   }
   return ReplaceControlCharacters(field, text);

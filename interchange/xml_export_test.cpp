@@ -231,7 +231,9 @@ TEST_F(XmlExportTest, XmlLintParsesTheFileOfEachEncoding) {
   // becomes "?", the note keeps its tab and line breaks.
   TimeEntry old = At(2026, 11, 21, 10, 0, 1);
   old.client = u"A\nB";
-  old.project = u"\x1b" u"[31mred";
+  old.project =
+      u"\x1b"
+      u"[31mred";
   old.phase = u"\x01";
   old.task = u"t\x7f";
   old.currency = u"\tE";
@@ -239,7 +241,9 @@ TEST_F(XmlExportTest, XmlLintParsesTheFileOfEachEncoding) {
   old.custom1 = u"\x1f";
   old.custom2 = u"\r";
   old.custom3 = u"\x08";
-  SetNoteText(&old, u"a\tb\x02" u"c\nd");
+  SetNoteText(&old,
+              u"a\tb\x02"
+              u"c\nd");
   Add(old);
 
   for (bool non_ascii : {false, true}) {

@@ -43,7 +43,8 @@ const char* CompoundResultText(CompoundResult result);
 // The largest file the format can address: the header and 0xFFFFFFFA
 // sectors of 512 bytes. A larger file is no backup or archive and is refused
 // before it is read.
-inline constexpr std::uint64_t kCompoundFileMaxBytes = 512 + std::uint64_t{0xFFFFFFFA} * 512;
+inline constexpr std::uint64_t kCompoundFileMaxBytes =
+    512 + std::uint64_t{0xFFFFFFFA} * 512;
 
 // Maximum length of an element name in UTF-16 units.
 inline constexpr size_t kCompoundMaxNameLength = 31;

@@ -1,8 +1,7 @@
 #include "platform/data_folder.h"
 
-#include <unistd.h>
-
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/temp_dir.h"
 
@@ -19,7 +18,8 @@ TEST(DataFolderTest, OwnDataFilesAreFoundByEveryPathThatLeadsToThem) {
   testing::WriteFileBytes(dir.File("other.csv"), "o");
   ASSERT_EQ(link((data + "/quillora.db").c_str(), dir.File("hard").c_str()), 0);
   ASSERT_EQ(symlink((data + "/registry.db").c_str(), dir.File("soft").c_str()), 0);
-  ASSERT_EQ(symlink((data + "/quillora.db-journal").c_str(), dir.File("dangling").c_str()), 0);
+  ASSERT_EQ(
+      symlink((data + "/quillora.db-journal").c_str(), dir.File("dangling").c_str()), 0);
   ASSERT_EQ(symlink(data.c_str(), dir.File("folder-link").c_str()), 0);
   const struct {
     std::string path;

@@ -17,7 +17,9 @@ thread_local FileFailure g_last_failure;
 
 constexpr char kNotRegular[] = "not a regular file";
 
-void FailWithErrno(const std::string& path) { SetLastFileFailure(path, std::strerror(errno)); }
+void FailWithErrno(const std::string& path) {
+  SetLastFileFailure(path, std::strerror(errno));
+}
 
 // Clears O_NONBLOCK once the file is known to be one that never blocks, so
 // that the reads and writes that follow behave as on any file.
@@ -116,7 +118,8 @@ class PosixFileSystem : public FileSystem {
       return nullptr;
     }
     // Not truncated on opening: what the path names is checked first.
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600);
+    const int fd =
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600);
     if (fd < 0) {
       FailWithErrno(path);
       return nullptr;

@@ -1,11 +1,10 @@
 #include "platform/file.h"
 
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdint>
-
-#include <gtest/gtest.h>
 
 #include "tests/faulty_file_system.h"
 #include "tests/temp_dir.h"
@@ -26,7 +25,8 @@ TEST(FileTest, CreateAlwaysTruncatesAndReadGivesEveryByte) {
   ASSERT_TRUE(FileSystem::Posix().ReadWholeFile(path, &back, SIZE_MAX));
   EXPECT_EQ(back, bytes);
   EXPECT_FALSE(FileSystem::Posix().ReadWholeFile(dir.File("missing"), &back, SIZE_MAX));
-  EXPECT_FALSE(FileSystem::Posix().ReadWholeFile(dir.path(), &back, SIZE_MAX)) << "a folder";
+  EXPECT_FALSE(FileSystem::Posix().ReadWholeFile(dir.path(), &back, SIZE_MAX))
+      << "a folder";
   EXPECT_EQ(FileSystem::Posix().CreateAlways(dir.File("no/such/folder")), nullptr);
 }
 
@@ -94,8 +94,9 @@ TEST(FileTest, OnlyRegularFilesAndDevicesAreOpened) {
   for (const Case& c : cases) {
     ClearLastFileFailure();
     std::string bytes;
-    const bool opened = c.write ? FileSystem::Posix().CreateAlways(c.path) != nullptr
-                                : FileSystem::Posix().ReadWholeFile(c.path, &bytes, c.limit);
+    const bool opened = c.write
+                            ? FileSystem::Posix().CreateAlways(c.path) != nullptr
+                            : FileSystem::Posix().ReadWholeFile(c.path, &bytes, c.limit);
     SCOPED_TRACE(c.path + (c.write ? " write" : " read"));
     EXPECT_EQ(opened, c.reason == nullptr);
     EXPECT_EQ(DescribeLastFileFailure(), c.reason ? c.path + ": " + c.reason : "");

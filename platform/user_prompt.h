@@ -39,8 +39,9 @@ class UserPrompt {
                            MessageIcon icon) = 0;
   // A message box with a detail below the text (the window's informative
   // text; the command line's next line). By default the text alone.
-  virtual void ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
-                                   MessageIcon icon, const std::u16string& detail) {
+  virtual void ShowDetailedMessage(const std::u16string& title,
+                                   const std::u16string& text, MessageIcon icon,
+                                   const std::u16string& detail) {
     (void)detail;
     ShowMessage(title, text, icon);
   }

@@ -285,7 +285,8 @@ bool CheckNameText(UserPrompt& prompt, const std::u16string& text, TextField fie
     return false;
   }
   if (HoldsControlCharacter(field, text)) {
-    prompt.ShowMessage(kAppTitle, ControlCharacterMessage(field), MessageIcon::kExclamation);
+    prompt.ShowMessage(kAppTitle, ControlCharacterMessage(field),
+                       MessageIcon::kExclamation);
     return false;
   }
   return true;

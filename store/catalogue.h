@@ -17,8 +17,8 @@
 
 #include "platform/locale.h"
 #include "platform/user_prompt.h"
-#include "store/name_text.h"
 #include "store/client_store.h"
+#include "store/name_text.h"
 #include "store/record_store.h"
 #include "store/time_entry.h"
 

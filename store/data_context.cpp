@@ -24,9 +24,10 @@ bool OpenDataContext(const std::string& folder, DataContext* context, std::strin
 bool RefuseOwnDataFile(const std::string& folder, const std::string& path,
                        UserPrompt& prompt) {
   if (!IsOwnDataFile(folder, path)) return false;
-  prompt.ShowMessage(kAppTitle,
-                     FromUtf8(path) + u" is one of Quillora's own data files; choose another file.",
-                     MessageIcon::kError);
+  prompt.ShowMessage(
+      kAppTitle,
+      FromUtf8(path) + u" is one of Quillora's own data files; choose another file.",
+      MessageIcon::kError);
   return true;
 }
 

@@ -10,20 +10,34 @@ bool IsControl(TextField field, char16_t c) {
 
 const char16_t* FieldLabel(TextField field) {
   switch (field) {
-    case TextField::kName: return u"name";
-    case TextField::kClient: return u"client name";
-    case TextField::kProject: return u"project name";
-    case TextField::kPhase: return u"phase";
-    case TextField::kTask: return u"task";
-    case TextField::kContact: return u"contact name";
-    case TextField::kBillTo: return u"bill-to contact";
-    case TextField::kCurrency: return u"currency";
-    case TextField::kCustom1: return u"custom field 1";
-    case TextField::kCustom2: return u"custom field 2";
-    case TextField::kCustom3: return u"custom field 3";
-    case TextField::kTitle: return u"title";
-    case TextField::kDescription: return u"description";
-    case TextField::kNote: return u"note";
+    case TextField::kName:
+      return u"name";
+    case TextField::kClient:
+      return u"client name";
+    case TextField::kProject:
+      return u"project name";
+    case TextField::kPhase:
+      return u"phase";
+    case TextField::kTask:
+      return u"task";
+    case TextField::kContact:
+      return u"contact name";
+    case TextField::kBillTo:
+      return u"bill-to contact";
+    case TextField::kCurrency:
+      return u"currency";
+    case TextField::kCustom1:
+      return u"custom field 1";
+    case TextField::kCustom2:
+      return u"custom field 2";
+    case TextField::kCustom3:
+      return u"custom field 3";
+    case TextField::kTitle:
+      return u"title";
+    case TextField::kDescription:
+      return u"description";
+    case TextField::kNote:
+      return u"note";
   }
   return u"name";
 }

@@ -4,6 +4,7 @@
 // while the disk fills. Skipped where the machine does not allow the mount
 // (no root, no user namespaces).
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -16,8 +17,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "tests/run_quillora.h"
 #include "tests/temp_dir.h"

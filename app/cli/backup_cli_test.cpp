@@ -146,7 +146,8 @@ TEST_F(BackupCliTest, DamagedAndForeignFilesAreRefusedWithTheirMessages) {
       {{"restore", File("missing.qrd")},
        1,
        "Quillora: Restore has failed. Please select a different backup and try again.\n"
-       "quillora: " + File("missing.qrd") + ": No such file or directory\n",
+       "quillora: " +
+           File("missing.qrd") + ": No such file or directory\n",
        ""},
       {{"restore", File("v219.qrd")},
        1,
@@ -165,7 +166,8 @@ TEST_F(BackupCliTest, DamagedAndForeignFilesAreRefusedWithTheirMessages) {
        1,
        "Quillora: Backup has failed. Please make sure you have enough space on the "
        "storage "
-       "device.\nquillora: " + File("no/such/folder/x.qrd") + ": No such file or directory\n",
+       "device.\nquillora: " +
+           File("no/such/folder/x.qrd") + ": No such file or directory\n",
        ""},
   };
   for (const auto& c : cases) {

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "app/cli/cli_commands.h"
-#include "store/name_text.h"
 #include "app/cli/period_options.h"
 #include "periods/entry_filter.h"
 #include "platform/text.h"
+#include "store/name_text.h"
 #include "timekeeping/bulk_edits.h"
 
 namespace quillora {

@@ -178,7 +178,8 @@ int RunProject(CliContext& context, Arguments& args) {
   if (sub == "add") {
     const std::u16string task = w->size() > 2 ? FromUtf8((*w)[2]) : u"";
     if (!CheckNameText(s->prompt(), project, TextField::kProject)) return kExitFailed;
-    if (w->size() > 2 && !CheckNameText(s->prompt(), task, TextField::kTask)) return kExitFailed;
+    if (w->size() > 2 && !CheckNameText(s->prompt(), task, TextField::kTask))
+      return kExitFailed;
     if (IsDuplicate(projects, locale, client.number, project, task)) {
       return s->Fail(task.empty() ? u"This project already exists for this client."
                                   : u"This task already exists in this project.");
@@ -242,10 +243,12 @@ int RunItems(CliContext& context, Arguments& args, bool tasks) {
     return kExitDone;
   }
   if (sub == "add") {
-    if (!CheckNameText(s->prompt(), name, tasks ? TextField::kTask : TextField::kContact)) {
+    if (!CheckNameText(s->prompt(), name,
+                       tasks ? TextField::kTask : TextField::kContact)) {
       return kExitFailed;
     }
-    if (project_arg && !CheckNameText(s->prompt(), FromUtf8(*project_arg), TextField::kProject))
+    if (project_arg &&
+        !CheckNameText(s->prompt(), FromUtf8(*project_arg), TextField::kProject))
       return kExitFailed;
     if (std::any_of(items.begin(), items.end(),
                     [&](const CatalogueItem& i) { return locale.Equal(i.name, name); })) {
@@ -413,11 +416,16 @@ std::optional<ValueListKind> ParseValueKind(const std::string& text) {
 
 TextField ValueField(ValueListKind kind) {
   switch (kind) {
-    case ValueListKind::kPhase: return TextField::kPhase;
-    case ValueListKind::kCurrency: return TextField::kCurrency;
-    case ValueListKind::kCustom1: return TextField::kCustom1;
-    case ValueListKind::kCustom2: return TextField::kCustom2;
-    case ValueListKind::kCustom3: return TextField::kCustom3;
+    case ValueListKind::kPhase:
+      return TextField::kPhase;
+    case ValueListKind::kCurrency:
+      return TextField::kCurrency;
+    case ValueListKind::kCustom1:
+      return TextField::kCustom1;
+    case ValueListKind::kCustom2:
+      return TextField::kCustom2;
+    case ValueListKind::kCustom3:
+      return TextField::kCustom3;
   }
   return TextField::kName;
 }

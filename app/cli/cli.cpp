@@ -135,10 +135,12 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
       data_folder = argv[++i];
       // An empty folder is most often a script's unset variable: never the
       // default folder, which holds the user's real data.
-      if (data_folder.empty()) return UsageError("--data-dir needs a folder, not an empty text");
+      if (data_folder.empty())
+        return UsageError("--data-dir needs a folder, not an empty text");
     } else if (word.rfind("--data-dir=", 0) == 0) {
       data_folder = word.substr(11);
-      if (data_folder.empty()) return UsageError("--data-dir needs a folder, not an empty text");
+      if (data_folder.empty())
+        return UsageError("--data-dir needs a folder, not an empty text");
     } else if (word == "--yes") {
       assume_yes = true;
     } else if (word == "--help" || word == "-h") {
@@ -154,9 +156,10 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
     }
   }
 
-  if (const char* now = std::getenv("QUILLORA_NOW"); now && *now && !ParseIsoDateTime(now)) {
-    return UsageError(std::string("QUILLORA_NOW is not a local time YYYY-MM-DDTHH:MM:SS: ") +
-                      now);
+  if (const char* now = std::getenv("QUILLORA_NOW");
+      now && *now && !ParseIsoDateTime(now)) {
+    return UsageError(
+        std::string("QUILLORA_NOW is not a local time YYYY-MM-DDTHH:MM:SS: ") + now);
   }
 
   CliPrompt prompt(assume_yes);

@@ -33,8 +33,9 @@ void CliPrompt::ShowMessage(const std::u16string& title, const std::u16string& t
   ShowDetailedMessage(title, text, icon, {});
 }
 
-void CliPrompt::ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
-                                    MessageIcon icon, const std::u16string& detail) {
+void CliPrompt::ShowDetailedMessage(const std::u16string& title,
+                                    const std::u16string& text, MessageIcon icon,
+                                    const std::u16string& detail) {
   const bool is_error = icon == MessageIcon::kError || icon == MessageIcon::kExclamation ||
                         icon == MessageIcon::kWarning;
   if (is_error) showed_error_ = true;

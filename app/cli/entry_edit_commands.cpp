@@ -158,7 +158,8 @@ void TakeFields(Arguments& args, FieldOptions* f) {
   if (f->end && f->duration) args.Fail("--end and --duration together");
   if (f->end && f->no_start) args.Fail("--end needs a start time");
   if (f->note && f->note_file) args.Fail("--note and --note-file together");
-  if (f->note_file && f->note_file->empty()) args.Fail("--note-file must not be an empty text");
+  if (f->note_file && f->note_file->empty())
+    args.Fail("--note-file must not be an empty text");
 }
 
 // Sets the fields given on the editor's pages, in page order. Answers an exit
@@ -168,16 +169,20 @@ int ApplyFields(CliContext& context, const FieldOptions& f, EntryEditor* editor)
     return v ? FromUtf8(*v) : std::u16string();
   };
   const std::u16string client = text(f.client), project = text(f.project),
-                       phase = text(f.phase), task = text(f.task), bill_to = text(f.bill_to),
-                       currency = text(f.currency), custom1 = text(f.custom[0]),
-                       custom2 = text(f.custom[1]), custom3 = text(f.custom[2]),
-                       note = text(f.note);
-  if (const auto bad = FindControlCharacter(
-          {{TextField::kClient, client}, {TextField::kProject, project},
-           {TextField::kPhase, phase}, {TextField::kTask, task},
-           {TextField::kBillTo, bill_to}, {TextField::kCurrency, currency},
-           {TextField::kCustom1, custom1}, {TextField::kCustom2, custom2},
-           {TextField::kCustom3, custom3}, {TextField::kNote, note}})) {
+                       phase = text(f.phase), task = text(f.task),
+                       bill_to = text(f.bill_to), currency = text(f.currency),
+                       custom1 = text(f.custom[0]), custom2 = text(f.custom[1]),
+                       custom3 = text(f.custom[2]), note = text(f.note);
+  if (const auto bad = FindControlCharacter({{TextField::kClient, client},
+                                             {TextField::kProject, project},
+                                             {TextField::kPhase, phase},
+                                             {TextField::kTask, task},
+                                             {TextField::kBillTo, bill_to},
+                                             {TextField::kCurrency, currency},
+                                             {TextField::kCustom1, custom1},
+                                             {TextField::kCustom2, custom2},
+                                             {TextField::kCustom3, custom3},
+                                             {TextField::kNote, note}})) {
     return context.Fail(ControlCharacterMessage(*bad));
   }
   // General page.

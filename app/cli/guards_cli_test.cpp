@@ -3,6 +3,7 @@
 // output, control characters, oversized note files. The rules themselves are
 // tested beside their code; here only that the command line reaches them and
 // answers with the message and the exit status.
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,8 +12,6 @@
 #include <cstdlib>
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "tests/run_quillora.h"
 #include "tests/temp_dir.h"
@@ -27,7 +26,8 @@ class GuardsCliTest : public ::testing::Test {
   void SetUp() override {
     data_ = dir_.File("data");
     ASSERT_EQ(Run({"client", "add", "Acme"}).status, 0);
-    const auto added = Run({"add", "--client", "Acme", "--task", "Work", "--duration", "1"});
+    const auto added =
+        Run({"add", "--client", "Acme", "--task", "Work", "--duration", "1"});
     ASSERT_EQ(added.status, 0);
     id_ = added.out;
     ASSERT_EQ(Run({"--yes", "report-def", "save", "R", "--type", "Tabular"}).status, 0);
@@ -63,9 +63,9 @@ TEST_F(GuardsCliTest, NoWriterWritesOverTheDataFolderOwnFiles) {
   // -journal that does not exist yet as the data folder's file too.
   ASSERT_EQ(link((data_ + "/quillora.db").c_str(), dir_.File("hard.db").c_str()), 0);
   ASSERT_EQ(symlink((data_ + "/registry.db").c_str(), dir_.File("soft.db").c_str()), 0);
-  const std::string targets[] = {data_ + "/quillora.db", data_ + "/registry.db",
-                                 data_ + "/quillora.db-wal", data_ + "/registry.db-journal",
-                                 dir_.File("hard.db"), dir_.File("soft.db")};
+  const std::string targets[] = {
+      data_ + "/quillora.db",         data_ + "/registry.db", data_ + "/quillora.db-wal",
+      data_ + "/registry.db-journal", dir_.File("hard.db"),   dir_.File("soft.db")};
   for (const auto& writer : kWriters) {
     for (const std::string& target : targets) {
       std::vector<std::string> args = {"--yes"};
@@ -114,10 +114,14 @@ TEST_F(GuardsCliTest, AFifoAsAnyFileIsRefusedAtOnce) {
 
 TEST_F(GuardsCliTest, EmptyArgumentsAreWrongUsage) {
   const std::vector<std::vector<std::string>> cases = {
-      {"export", "csv", ""},           {"backup", ""},
-      {"restore", ""},                 {"import", "clients", ""},
-      {"report", "R", ""},             {"summary", "--csv", ""},
-      {"add", "--note-file", ""},      {"contacts", "list", "--dir", ""},
+      {"export", "csv", ""},
+      {"backup", ""},
+      {"restore", ""},
+      {"import", "clients", ""},
+      {"report", "R", ""},
+      {"summary", "--csv", ""},
+      {"add", "--note-file", ""},
+      {"contacts", "list", "--dir", ""},
   };
   for (const auto& args : cases) {
     const auto r = Run(args);
@@ -168,21 +172,22 @@ TEST_F(GuardsCliTest, AHugeNoteFileIsRefusedBeforeItIsRead) {
   testing::WriteFileBytes(big, "");
   ASSERT_EQ(truncate(big.c_str(), 2LL << 30), 0);  // sparse: takes no disk
   const auto start = std::chrono::steady_clock::now();
-  const auto r = Run({"add", "--client", "Acme", "--task", "T", "--duration", "1",
-                      "--note-file", big});
+  const auto r = Run(
+      {"add", "--client", "Acme", "--task", "T", "--duration", "1", "--note-file", big});
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
   EXPECT_EQ(r.status, 1);
-  EXPECT_NE(r.err.find("quillora: " + big + ": File too large"), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find("quillora: " + big + ": File too large"), std::string::npos)
+      << r.err;
   ExpectStoreWhole();
 }
 
 TEST_F(GuardsCliTest, AFailedStandardOutputFailsTheCommand) {
   const std::string err = dir_.File("err");
-  const std::string command = std::string("QUILLORA_LOCALE=en-US QUILLORA_NOW=2026-11-21T10:00:00 ") +
-                              QUILLORA_BINARY + " --data-dir " + data_ + " ";
-  const int add = std::system((command +
-                               "add --client Acme --task T --duration 1 >/dev/full 2>" + err)
-                                  .c_str());
+  const std::string command =
+      std::string("QUILLORA_LOCALE=en-US QUILLORA_NOW=2026-11-21T10:00:00 ") +
+      QUILLORA_BINARY + " --data-dir " + data_ + " ";
+  const int add = std::system(
+      (command + "add --client Acme --task T --duration 1 >/dev/full 2>" + err).c_str());
   EXPECT_EQ(WEXITSTATUS(add), 1);
   const std::string said = testing::ReadFileBytes(err);
   EXPECT_EQ(said.rfind("quillora: the entry was saved as record ", 0), 0u) << said;
@@ -208,7 +213,7 @@ TEST_F(GuardsCliTest, WrittenFilesArePrivateWhateverTheUmask) {
 TEST_F(GuardsCliTest, MissingFilesAreNamedWithTheSystemReason) {
   const auto r = Run({"import", "clients", "/nope/x.csv"});
   EXPECT_EQ(r.status, 1);
-  EXPECT_NE(r.err.find("Quillora: Unable to import data.") , std::string::npos);
+  EXPECT_NE(r.err.find("Quillora: Unable to import data."), std::string::npos);
   EXPECT_NE(r.err.find("\nquillora: /nope/x.csv: No such file or directory\n"),
             std::string::npos)
       << r.err;

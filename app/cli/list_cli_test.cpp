@@ -100,7 +100,8 @@ TEST_F(ListCliTest, BadFilesAndBadArgumentsAreRefused) {
   WriteFileBytes(File("bom.txt"), "\xFF\xFE");
   WriteFileBytes(File("empty.txt"), "");
   Refused({"import", "clients", File("missing.txt")},
-          std::string(kImportFailed) + ("quillora: " + File("missing.txt") + ": No such file or directory\n"));
+          std::string(kImportFailed) +
+              ("quillora: " + File("missing.txt") + ": No such file or directory\n"));
   Refused({"import", "contacts", "--client", "Acme", File("bom.txt")}, kImportFailed);
   Ok({"import", "clients", File("empty.txt")});
   Refused({"import", "projects", "--client", "Nobody", File("empty.txt")},
@@ -108,8 +109,8 @@ TEST_F(ListCliTest, BadFilesAndBadArgumentsAreRefused) {
   Refused({"import", "tasks", "--client", "Acme", "--project", "None", File("empty.txt")},
           "Quillora: There is no project named \"None\" for this client.\n");
   Refused({"export-list", "clients", dir_.File("no/such/folder/x.txt")},
-          "Quillora: Unable to export the list.\nquillora: " + dir_.File("no/such/folder/x.txt") +
-              ": No such file or directory\n");
+          "Quillora: Unable to export the list.\nquillora: " +
+              dir_.File("no/such/folder/x.txt") + ": No such file or directory\n");
   for (const Args& bad :
        {Args{"import"}, Args{"import", "clients"},
         Args{"import", "projects", File("empty.txt")},

@@ -13,7 +13,6 @@
 #include "periods/entry_filter.h"
 #include "periods/entry_list_item.h"
 #include "periods/period_entries.h"
-#include "platform/file.h"
 #include "periods/quick_summary.h"
 #include "platform/file.h"
 #include "platform/text.h"

@@ -203,7 +203,8 @@ TEST_F(ReportCliTest, ReportWritesTheFileAndAsksBeforeReplacingIt) {
   r = Run({"report", "Weekly", dir_.File("no/such/folder/report.htm")});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.err, "Quillora: Report generation has failed.\nquillora: " +
-                       dir_.File("no/such/folder/report.htm") + ": No such file or directory\n");
+                       dir_.File("no/such/folder/report.htm") +
+                       ": No such file or directory\n");
 }
 
 TEST_F(ReportCliTest, RenameAndDeleteCarryTheDefaultReport) {

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "app/cli/cli_commands.h"
-#include "store/name_text.h"
 #include "app/cli/period_options.h"
 #include "periods/entry_filter.h"
 #include "periods/periods.h"
@@ -15,6 +14,7 @@
 #include "platform/text.h"
 #include "reports/html_report.h"
 #include "reports/report_definition.h"
+#include "store/name_text.h"
 #include "store/string_table.h"
 
 namespace quillora {

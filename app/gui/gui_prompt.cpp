@@ -1,10 +1,10 @@
 #include "app/gui/gui_prompt.h"
-#include "app/gui/qt_text.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include "app/gui/qt_text.h"
 #include "platform/file.h"
 #include "store/data_context.h"
 
@@ -38,8 +38,9 @@ void GuiPrompt::ShowMessage(const std::u16string& title, const std::u16string& t
   ShowDetailedMessage(title, text, icon, {});
 }
 
-void GuiPrompt::ShowDetailedMessage(const std::u16string& title, const std::u16string& text,
-                                    MessageIcon icon, const std::u16string& detail) {
+void GuiPrompt::ShowDetailedMessage(const std::u16string& title,
+                                    const std::u16string& text, MessageIcon icon,
+                                    const std::u16string& detail) {
   QMessageBox box(QtIcon(icon), ToQString(title), ToQString(text), QMessageBox::Ok, parent_);
   // After a failed file operation: the file and the system's reason.
   QStringList lines;

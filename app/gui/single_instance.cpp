@@ -4,10 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-
 #include <QDir>
 #include <QLocalSocket>
+#include <cerrno>
 
 namespace quillora {
 namespace {
