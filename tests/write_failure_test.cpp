@@ -31,6 +31,7 @@
 #include "tests/fake_prompt.h"
 #include "tests/faulty_file_system.h"
 #include "tests/temp_dir.h"
+#include "tests/test_time.h"
 #include "tests/test_volume.h"
 
 namespace quillora {
@@ -38,11 +39,7 @@ namespace {
 
 using testing::FaultyFileSystem;
 
-FileTime At(int year, int month, int day, int hour) {
-  FileTime t = 0;
-  SystemTimeToFileTime(MakeSystemTime(year, month, day, hour, 0, 1), &t);
-  return t;
-}
+using testing::At;
 
 class WriteFailureTest : public ::testing::Test {
  protected:
