@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/faulty_file_system.h"
 #include "tests/temp_dir.h"
 
 namespace quillora {
@@ -55,17 +54,6 @@ TEST(NarrowTextWriterTest, PartsGiveTheBytesOfOneWrite) {
       }
     }
   }
-
-  testing::FaultyFileSystem files;
-  files.disk_bytes = 4;
-  NarrowTextWriter failing(files, 1252);
-  ASSERT_TRUE(failing.Open(dir.File("f")));
-  EXPECT_TRUE(failing.WritePart(u"abc"));
-  EXPECT_FALSE(failing.WritePart(u"def"));
-  EXPECT_FALSE(failing.WritePart(u"g")) << "nothing more after a failed write";
-  EXPECT_FALSE(failing.EndParts());
-  EXPECT_FALSE(failing.Close());
-  EXPECT_EQ(testing::ReadFileBytes(dir.File("f")), "abcd");
 }
 
 TEST(NarrowTextWriterTest, UnicodeTextIsAByteOrderMarkThenUtf16Le) {
@@ -77,23 +65,6 @@ TEST(NarrowTextWriterTest, UnicodeTextIsAByteOrderMarkThenUtf16Le) {
   EXPECT_EQ(writer.last_written(), 4u);
   ASSERT_TRUE(writer.Close());
   EXPECT_EQ(testing::ReadFileBytes(dir.File("u.txt")), std::string("\xff\xfe" "A\0\xac\x20", 6));
-}
-
-TEST(NarrowTextWriterTest, AFailedWriteIsReportedAndTheFileKeepsWhatWasWritten) {
-  testing::TempDir dir;
-  testing::FaultyFileSystem files;
-  files.disk_bytes = 5;
-  NarrowTextWriter writer(files, 1252);
-  ASSERT_TRUE(writer.Open(dir.File("f")));
-  EXPECT_TRUE(writer.Write(u"abc"));
-  EXPECT_FALSE(writer.Write(u"defg"));
-  EXPECT_FALSE(writer.last_ok());
-  EXPECT_FALSE(writer.Close()) << "a file with a failed write is not reported written";
-  EXPECT_EQ(testing::ReadFileBytes(dir.File("f")), "abcde");
-
-  files.fail_create = true;
-  EXPECT_FALSE(writer.Open(dir.File("g")));
-  EXPECT_FALSE(writer.Write(u"x"));
 }
 
 }  // namespace
