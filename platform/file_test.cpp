@@ -24,5 +24,19 @@ TEST(FileTest, CreateAlwaysTruncatesAndReadGivesEveryByte) {
   EXPECT_EQ(FileSystem::Posix().CreateAlways(dir.File("no/such/folder")), nullptr);
 }
 
+// Where the machine lets no small disk be mounted (tests/full_disk_test.cpp),
+// /dev/full is the only full disk the writers meet.
+TEST(FileTest, AFullDiskFailsTheWriteOrAtLatestTheClose) {
+  auto full = FileSystem::Posix().CreateAlways("/dev/full");
+  if (!full) GTEST_SKIP() << "no /dev/full";
+  // Small writes are gathered; the full disk shows at the latest on closing.
+  full->Write("x", 1);
+  EXPECT_FALSE(full->Close());
+  auto big = FileSystem::Posix().CreateAlways("/dev/full");
+  const std::string block(200 * 1024, 'y');
+  EXPECT_FALSE(big->Write(block.data(), block.size()));
+  EXPECT_FALSE(big->Write("z", 1)) << "nothing more after a failed write";
+}
+
 }  // namespace
 }  // namespace quillora

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/faulty_file_system.h"
 #include "tests/temp_dir.h"
 
 namespace quillora {
@@ -65,6 +66,22 @@ TEST(NarrowTextWriterTest, UnicodeTextIsAByteOrderMarkThenUtf16Le) {
   EXPECT_EQ(writer.last_written(), 4u);
   ASSERT_TRUE(writer.Close());
   EXPECT_EQ(testing::ReadFileBytes(dir.File("u.txt")), std::string("\xff\xfe" "A\0\xac\x20", 6));
+}
+
+// The writer's own contract, which its callers' checks hide: after a failed
+// write it writes no more parts, and its file is not reported written.
+TEST(NarrowTextWriterTest, AFailedWriteStopsThePartsAndFailsTheClose) {
+  testing::TempDir dir;
+  testing::FaultyFileSystem files;
+  files.fail_write_number = 2;  // the third write would work again
+  NarrowTextWriter writer(files, 1252);
+  ASSERT_TRUE(writer.Open(dir.File("f")));
+  EXPECT_TRUE(writer.WritePart(u"abc"));
+  EXPECT_FALSE(writer.WritePart(u"def"));
+  EXPECT_FALSE(writer.WritePart(u"g")) << "nothing more after a failed write";
+  EXPECT_FALSE(writer.EndParts());
+  EXPECT_FALSE(writer.Close()) << "a file with a failed write is not reported written";
+  EXPECT_EQ(testing::ReadFileBytes(dir.File("f")), "abc");
 }
 
 }  // namespace
