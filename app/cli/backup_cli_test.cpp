@@ -77,18 +77,13 @@ const std::vector<Seed> kEntries = {{"2024-03-01T00:00:00", "Acme"},
                                     {"2024-03-31T23:59:59", "Acme"},
                                     {"2024-04-01T00:00:00", "Acme"}};
 
-TEST_F(BackupCliTest, ABackupRestoresIntoAnotherDataFolderAndAddsOnEveryRestore) {
+TEST_F(BackupCliTest, ABackupRestoresIntoAnotherDataFolder) {
   SeedData(kEntries, {u"Acme", u"Beta"});
   Quiet({"backup", File("all.qrd")});
-  const auto file = testing::ReadCompoundFile(File("all.qrd"));
-  EXPECT_EQ(testing::Hex(testing::StreamBytes(file, "DataVersion")), "dc00000001000000");
-
+  // The file's bytes and a second restore: backup/backup_test.cpp.
   SeedData({}, {u"Beta"}, "other");
   Quiet({"restore", File("all.qrd")}, "other");
   EXPECT_EQ(Entries("other"), Entries());
-  EXPECT_EQ(ClientList("other"), "Acme\t2\nBeta\t1\n");
-  Quiet({"restore", File("all.qrd")}, "other");
-  EXPECT_EQ(Entries("other").size(), 2 * Entries().size());
   EXPECT_EQ(ClientList("other"), "Acme\t2\nBeta\t1\n");
   EXPECT_EQ(Run({"task", "list", "Acme"}, "other").out, "Task of Acme\n");
 }
