@@ -129,10 +129,11 @@ TEST_F(ArchiveTest, AnArchiveOfAClientThatIsGoneFailsAndDeletesNothing) {
   gone.clients = {12345};
   gone.delete_when_archived = true;
   EXPECT_EQ(Archive(gone, FileSystem::Posix()), BackupOutcome::kFailed);
-  EXPECT_EQ(prompt_.Texts(),
-            std::vector<std::u16string>{
-                u"Archive operation has failed. Please make sure you have enough space on "
-                u"storage device and try again."});
+  EXPECT_EQ(
+      prompt_.Texts(),
+      std::vector<std::u16string>{
+          u"Archive operation has failed. Please make sure you have enough space on "
+          u"storage device and try again."});
   EXPECT_EQ(EntryClients(a_), "Before AtStart Inside AtEnd After ");
 }
 

@@ -320,9 +320,9 @@ TEST_F(BackupTest, ABackupThatReadsBackDifferentIsReportedAndItsFileLeftInPlace)
   prompt_.files.push_back(File("f.qrd"));
   EXPECT_EQ(BackupCommand(a_.entries, a_.catalogue, *locale_, prompt_, swapped),
             BackupOutcome::kFailed);
-  ASSERT_EQ(prompt_.Texts(),
-            std::vector<std::u16string>{u"Backup has failed. Please make sure you have enough "
-                                        u"space on the storage device."});
+  ASSERT_EQ(prompt_.Texts(), std::vector<std::u16string>{
+                                 u"Backup has failed. Please make sure you have enough "
+                                 u"space on the storage device."});
   EXPECT_EQ(prompt_.shown[0].icon, MessageIcon::kError);
   EXPECT_TRUE(FileSystem::Posix().Exists(File("f.qrd")));
   EXPECT_EQ(EntryCount(a_), 40);

@@ -224,8 +224,8 @@ TEST_F(ListImportTest, ExportAsksForTheFileOfTheFormat) {
   const std::string path = dir_.File("out.txt");
   prompt.files = {path, std::nullopt};
   auto run = [&](ListFileFormat format) {
-    return RunListExport(catalogue_, *locale_, FileSystem::Posix(), prompt, {ListKind::kClients},
-                         format);
+    return RunListExport(catalogue_, *locale_, FileSystem::Posix(), prompt,
+                         {ListKind::kClients}, format);
   };
   ASSERT_EQ(run(ListFileFormat::kAnsi), ListFileOutcome::kDone);
   EXPECT_EQ(testing::ReadFileBytes(path), "Acme\r\nBeta");

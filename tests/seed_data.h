@@ -55,7 +55,8 @@ inline ObjectId SeedEntry(const std::string& data_dir, const TimeEntry& entry) {
 }
 
 // Adds clients in this order, each with the task `task` when it is not empty.
-inline void SeedClients(const std::string& data_dir, const std::vector<std::u16string>& names,
+inline void SeedClients(const std::string& data_dir,
+                        const std::vector<std::u16string>& names,
                         const std::u16string& task = u"") {
   DataContext data;
   std::string error;

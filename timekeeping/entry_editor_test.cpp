@@ -360,9 +360,9 @@ TEST_F(EntryEditorTest, TextsAreCutAtTheirFieldLimits) {
   editor.SetBillTo(long_text);
   editor.SetCurrency(long_text);
   editor.SetCustomField(0, long_text);
-  for (const std::u16string* cut : {&editor.general().client, &editor.general().project,
-                                    &editor.general().phase, &editor.billing().bill_to,
-                                    &editor.custom_fields().values[0]}) {
+  for (const std::u16string* cut :
+       {&editor.general().client, &editor.general().project, &editor.general().phase,
+        &editor.billing().bill_to, &editor.custom_fields().values[0]}) {
     EXPECT_EQ(*cut, std::u16string(127, u'x'));
   }
   EXPECT_EQ(editor.billing().currency, std::u16string(15, u'x'));

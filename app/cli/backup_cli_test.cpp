@@ -175,13 +175,12 @@ TEST_F(BackupCliTest, AClientArchiveTakesTheNamedClients) {
 }
 
 TEST_F(BackupCliTest, WrongUsageIsRefusedBeforeAnythingIsWritten) {
-  for (const Args& bad :
-       {Args{"backup"}, Args{"backup", "a", "b"}, Args{"restore"},
-        Args{"archive", File("x.qra")},
-        Args{"archive", "--data", "--clients", "A", File("x.qra")},
-        Args{"archive", "--clients", "A", "--day", File("x.qra")},
-        Args{"archive", "--clients", "A,,B", File("x.qra")},
-        Args{"archive-restore", "--delete", File("x.qra")}}) {
+  for (const Args& bad : {Args{"backup"}, Args{"backup", "a", "b"}, Args{"restore"},
+                          Args{"archive", File("x.qra")},
+                          Args{"archive", "--data", "--clients", "A", File("x.qra")},
+                          Args{"archive", "--clients", "A", "--day", File("x.qra")},
+                          Args{"archive", "--clients", "A,,B", File("x.qra")},
+                          Args{"archive-restore", "--delete", File("x.qra")}}) {
     const RunResult r = Run(bad);
     EXPECT_EQ(r.status, 2) << bad.back() << " " << bad.size() << ": " << r.err;
   }

@@ -17,7 +17,8 @@ class CliTest : public ::testing::Test {
 
   // Stores an entry directly, as the window would have.
   ObjectId AddSampleEntry() {
-    TimeEntry e = testing::EntryAt("2026-11-20T14:05:01", u"Acme \u00c9t\u00e9", u"Design");
+    TimeEntry e =
+        testing::EntryAt("2026-11-20T14:05:01", u"Acme \u00c9t\u00e9", u"Design");
     e.project = u"Web";
     e.duration = 17;
     e.rate = 6000;

@@ -116,8 +116,8 @@ TEST_F(EntryCliTest, AddRefusesWithTheEditorsMessage) {
 }
 
 TEST_F(EntryCliTest, StartAndEndGiveTheDurationAsTheDialogDoes) {
-  const auto e = Show(Add({"--client", "A", "--task", "T", "--date", "2026-11-16", "--start",
-                           "23:00", "--end", "01:30"}));
+  const auto e = Show(Add({"--client", "A", "--task", "T", "--date", "2026-11-16",
+                           "--start", "23:00", "--end", "01:30"}));
   EXPECT_EQ(e.at("duration"), "250") << "the end on the next day";
   EXPECT_EQ(e.at("start"), "2026-11-16T23:00:01");
 }
@@ -223,7 +223,8 @@ TEST_F(EntryCliTest, CopyPrintsTheCopiesInDateOrder) {
   }
 
   const std::string weekend = Ok({"copy", id, "--rest-of-week", "--include-weekend"});
-  EXPECT_EQ(std::count(weekend.begin(), weekend.end(), '\n'), 3) << "Thursday to Saturday";
+  EXPECT_EQ(std::count(weekend.begin(), weekend.end(), '\n'), 3)
+      << "Thursday to Saturday";
   const std::string until = Ok({"copy", id, "--until", "2026-11-24"});
   EXPECT_EQ(std::count(until.begin(), until.end(), '\n'), 4) << "19, 20, 23 and 24";
   EXPECT_EQ(Ok({"copy", id, "--until", "2026-11-18"}), "");

@@ -34,7 +34,8 @@ constexpr char kFailed[] =
 class ExportCliTest : public ::testing::Test {
  protected:
   ExportCliTest() {
-    TimeEntry acme = testing::EntryAt("2026-11-20T14:05:01", u"Acme \"Big\" & Co", u"Design");
+    TimeEntry acme =
+        testing::EntryAt("2026-11-20T14:05:01", u"Acme \"Big\" & Co", u"Design");
     acme.project = u"Caf\u00e9";
     acme.duration = 17;
     acme.rate = 6000;
@@ -48,9 +49,9 @@ class ExportCliTest : public ::testing::Test {
     paid.paid = true;
     paid.currency = u"USD";
     paid.rateType = 1;
-    testing::SeedEntries(Data(),
-                         {testing::EntryAt("2026-11-20T00:00:00", u"At midnight", u""), acme,
-                          paid});
+    testing::SeedEntries(
+        Data(),
+        {testing::EntryAt("2026-11-20T00:00:00", u"At midnight", u""), acme, paid});
   }
 
   std::string Data() const { return dir_.File("data"); }

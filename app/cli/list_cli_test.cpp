@@ -59,7 +59,9 @@ TEST_F(ListCliTest, ClientListsImportAndExportInBothFormats) {
   EXPECT_NE(declined.err.find("already exists"), std::string::npos) << declined.err;
   Ok({"--yes", "export-list", "--unicode", "clients", File("out.txt")});
   EXPECT_EQ(ReadFileBytes(File("out.txt")),
-            std::string("\xFF\xFE" "A\0c\0m\0e\0\r\0\n\0Z\0e\0t\0a\0", 22));
+            std::string("\xFF\xFE"
+                        "A\0c\0m\0e\0\r\0\n\0Z\0e\0t\0a\0",
+                        22));
 
   // The UTF-16 file reads back as a contacts list of a client.
   Ok({"import", "contacts", "--client", "Zeta", File("out.txt")});

@@ -17,8 +17,8 @@ class PeriodCliTest : public ::testing::Test {
     // "Now" is Saturday 2026-11-21; weeks start on Sunday, so the week shown
     // runs from Sunday 2026-11-15 to the Saturday.
     auto entry = [](const char* start, const char16_t* project, const char16_t* phase,
-                    const char16_t* task, std::uint32_t duration, bool billable, bool paid,
-                    std::uint32_t rate) {
+                    const char16_t* task, std::uint32_t duration, bool billable,
+                    bool paid, std::uint32_t rate) {
       TimeEntry e = testing::EntryAt(start, u"Acme", task);
       e.project = project;
       e.phase = phase;

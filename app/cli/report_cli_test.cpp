@@ -21,7 +21,8 @@ class ReportCliTest : public ::testing::Test {
   // Stores a billable entry of November 2026 directly, as the window would have.
   void AddEntryAt(int day, const std::u16string& client, std::uint32_t duration,
                   std::uint32_t rate) {
-    TimeEntry e = testing::EntryAt("2026-11-" + std::to_string(day) + "T09:00:01", client);
+    TimeEntry e =
+        testing::EntryAt("2026-11-" + std::to_string(day) + "T09:00:01", client);
     e.duration = duration;
     e.rate = rate;
     e.billable = true;
@@ -139,9 +140,11 @@ TEST_F(ReportCliTest, ReportWritesTheFileAndAsksBeforeReplacingIt) {
   EXPECT_EQ(r.status, 0) << r.err;
   // The bytes of a report are pinned in end_to_end_files_test.cpp.
   const std::string html = testing::ReadFileBytes(out);
-  EXPECT_NE(html.find("<h2>From 11/16/2026 To 11/17/2026</h2>"), std::string::npos) << html;
-  EXPECT_NE(html.find("<th class=\"Data\">Client</th>\r\n<th class=\"Data\">Duration</th>"),
-            std::string::npos)
+  EXPECT_NE(html.find("<h2>From 11/16/2026 To 11/17/2026</h2>"), std::string::npos)
+      << html;
+  EXPECT_NE(
+      html.find("<th class=\"Data\">Client</th>\r\n<th class=\"Data\">Duration</th>"),
+      std::string::npos)
       << html;
   EXPECT_EQ(html.find("Beta"), std::string::npos) << "the saved filter applies";
   EXPECT_EQ(html.find("Total Paid Amount"), std::string::npos) << html;
