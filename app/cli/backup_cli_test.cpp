@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "backup/backup_test_files.h"
 #include "platform/text.h"
 #include "store/client_store.h"
 #include "store/data_context.h"
 #include "store/time_entry.h"
+#include "tests/backup_test_files.h"
 #include "tests/run_quillora.h"
 #include "tests/temp_dir.h"
 

@@ -13,7 +13,7 @@
 #include "platform/file.h"
 #include "platform/text.h"
 #include "reports/html_report.h"
-#include "reports/report_definition.h"
+#include "reports/saved_reports.h"
 #include "store/string_table.h"
 
 namespace quillora {
