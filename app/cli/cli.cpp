@@ -10,6 +10,7 @@
 
 #include "app/cli/cli_commands.h"
 #include "app/cli/cli_context.h"
+#include "app/cli/window_launch.h"
 #include "platform/data_folder.h"
 #include "store/time_entry.h"
 
@@ -111,7 +112,7 @@ bool DisplayAvailable() {
 
 }  // namespace
 
-int RunCli(int argc, char** argv, WindowStarter start_window) {
+int RunCli(int argc, char** argv) {
   std::string data_folder;
   bool assume_yes = false;
   int i = 1;
@@ -145,9 +146,7 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
   context.clock = &clock;
 
   if (i >= argc) {
-    if (DisplayAvailable() && start_window) {
-      return start_window(argc, argv, context.data_folder, {});
-    }
+    if (DisplayAvailable()) return StartWindow(context.data_folder, {});
     return StartWithoutCommand(context);
   }
   const Command* command = FindCommand(argv[i]);
@@ -155,9 +154,8 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
     // A file given instead of a command goes to the window (a backup or an
     // archive to restore).
     const std::string word = argv[i];
-    if (i + 1 == argc && word.find('.') != std::string::npos && DisplayAvailable() &&
-        start_window) {
-      return start_window(argc, argv, context.data_folder, {word});
+    if (i + 1 == argc && word.find('.') != std::string::npos && DisplayAvailable()) {
+      return StartWindow(context.data_folder, {word});
     }
     return UsageError("unknown command " + word);
   }
