@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "backup/backup_test_files.h"
+#include "tests/backup_test_files.h"
 
 namespace quillora {
 namespace {

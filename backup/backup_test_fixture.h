@@ -9,7 +9,6 @@
 #include <memory>
 #include <string>
 
-#include "backup/backup_test_files.h"
 #include "platform/clock.h"
 #include "platform/locale.h"
 #include "platform/registry.h"
@@ -18,6 +17,7 @@
 #include "store/client_store.h"
 #include "store/rates.h"
 #include "store/time_entry.h"
+#include "tests/backup_test_files.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
 #include "tests/test_time.h"

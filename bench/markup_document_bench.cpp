@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "reports/markup_document.h"
+#include "markup/markup_document.h"
 
 namespace {
 

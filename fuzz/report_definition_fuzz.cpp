@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "reports/report_definition.h"
+#include "reports/report_editor.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   // A copy of exactly `size` bytes, so that any read past the end is caught.

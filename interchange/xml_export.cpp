@@ -1,8 +1,8 @@
 #include "interchange/xml_export.h"
 
+#include "markup/markup_stream.h"
 #include "platform/narrow_text_writer.h"
 #include "platform/text_pipe.h"
-#include "reports/markup_stream.h"
 #include "store/name_text.h"
 #include "timekeeping/duration.h"
 

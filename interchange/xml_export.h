@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "interchange/csv_export.h"
-#include "reports/markup_document.h"
+#include "markup/markup_document.h"
 
 namespace quillora {
 

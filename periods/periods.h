@@ -138,7 +138,6 @@ class WeekPeriod final : public Period {
   std::u16string GetCaption(const Locale& locale) const override;
   SystemTime GetAnchor() const override { return anchor_; }
 
-  bool StartsOnMonday() const { return monday_first_; }
   // The ISO week number of the week's Monday (the day after the anchor when
   // weeks start on Sunday).
   int WeekNumber() const;

@@ -40,7 +40,6 @@ enum PropType : std::uint16_t {
 constexpr PropId MakePropId(std::uint16_t number, PropType type) {
   return (static_cast<PropId>(number) << 16) | type;
 }
-constexpr std::uint16_t PropNumber(PropId id) { return static_cast<std::uint16_t>(id >> 16); }
 constexpr PropType PropTypeOf(PropId id) { return static_cast<PropType>(id & 0xFFFF); }
 
 // Property flags: remove the property from the record (on write); the listed

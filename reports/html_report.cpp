@@ -9,10 +9,11 @@
 #include <unordered_map>
 #include <utility>
 
+#include "markup/markup_document.h"
+#include "markup/markup_stream.h"
 #include "platform/narrow_text_writer.h"
 #include "platform/text_pipe.h"
-#include "reports/markup_document.h"
-#include "reports/markup_stream.h"
+#include "reports/report_editor.h"
 #include "store/entry_read_ahead.h"
 #include "store/note_text.h"
 #include "store/string_table.h"

@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
+#include "markup/markup_stream.h"
 #include "periods/entry_filter.h"
 #include "periods/periods.h"
 #include "platform/file.h"
 #include "platform/locale.h"
-#include "reports/markup_stream.h"
 #include "reports/report_definition.h"
 #include "store/record_store.h"
 #include "store/settings.h"

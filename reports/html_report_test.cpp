@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "reports/report_editor.h"
 #include "store/note_text.h"
 #include "store/time_entry.h"
 #include "tests/temp_dir.h"

@@ -88,7 +88,6 @@ class TimerSet {
 
   // Out-of-range indexes are ignored by the commands; slot() clamps.
   const TimerSlot& slot(int index) const;
-  FileTime last_tick() const { return last_tick_; }
 
   // "Record" (idle only): start = now, recording. Elapsed is kept.
   void Record(int index);

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "backup/backup_test_files.h"
 #include "platform/text.h"
+#include "tests/backup_test_files.h"
 #include "tests/run_quillora.h"
 #include "tests/seed_data.h"
 #include "tests/temp_dir.h"

@@ -12,6 +12,7 @@
 
 #include "app/cli/cli_commands.h"
 #include "app/cli/cli_context.h"
+#include "app/cli/window_launch.h"
 #include "platform/clock.h"
 #include "platform/data_folder.h"
 #include "store/time_entry.h"
@@ -124,7 +125,7 @@ bool DisplayAvailable() {
 
 }  // namespace
 
-int RunCli(int argc, char** argv, WindowStarter start_window) {
+int RunCli(int argc, char** argv) {
   std::string data_folder;
   bool assume_yes = false;
   int i = 1;
@@ -171,9 +172,7 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
   context.clock = &clock;
 
   if (i >= argc) {
-    if (DisplayAvailable() && start_window) {
-      return start_window(argc, argv, context.data_folder, {});
-    }
+    if (DisplayAvailable()) return StartWindow(context.data_folder, {});
     return FinishStandardOutput(StartWithoutCommand(context));
   }
   const Command* command = FindCommand(argv[i]);
@@ -181,9 +180,8 @@ int RunCli(int argc, char** argv, WindowStarter start_window) {
     // A file given instead of a command goes to the window (a backup or an
     // archive to restore).
     const std::string word = argv[i];
-    if (i + 1 == argc && word.find('.') != std::string::npos && DisplayAvailable() &&
-        start_window) {
-      return start_window(argc, argv, context.data_folder, {word});
+    if (i + 1 == argc && word.find('.') != std::string::npos && DisplayAvailable()) {
+      return StartWindow(context.data_folder, {word});
     }
     return UsageError("unknown command " + word);
   }

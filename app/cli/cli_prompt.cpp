@@ -38,7 +38,6 @@ void CliPrompt::ShowDetailedMessage(const std::u16string& title,
                                     const std::u16string& detail) {
   const bool is_error = icon == MessageIcon::kError || icon == MessageIcon::kExclamation ||
                         icon == MessageIcon::kWarning;
-  if (is_error) showed_error_ = true;
   std::FILE* stream = is_error ? err_ : out_;
   if (progress_visible_) std::fputs("\r\033[K", err_);
   if (title.empty()) {

@@ -38,16 +38,12 @@ class CliPrompt : public UserPrompt {
   void StepProgress(int position, const std::u16string& text) override;
   void EndProgress() override;
 
-  // True when any error or warning message was shown.
-  bool showed_error() const { return showed_error_; }
-
  private:
   bool assume_yes_;
   std::FILE* out_;
   std::FILE* err_;
   std::string file_;
   std::string data_folder_;
-  bool showed_error_ = false;
   bool progress_visible_ = false;
   int progress_total_ = 0;
 };

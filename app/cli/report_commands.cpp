@@ -14,6 +14,7 @@
 #include "platform/text.h"
 #include "reports/html_report.h"
 #include "reports/report_definition.h"
+#include "reports/saved_reports.h"
 #include "store/name_text.h"
 #include "store/string_table.h"
 

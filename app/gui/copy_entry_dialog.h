@@ -23,7 +23,6 @@ class CopyEntryDialogWidget : public QDialog {
 
   CopyEntryDialog& model() { return model_; }
   QRadioButton* rest_of_week() const { return rest_; }
-  QRadioButton* specific_end() const { return specific_; }
   QDateEdit* end_date() const { return end_; }
   QCheckBox* include_weekend() const { return weekend_; }
   QComboBox* duration_box() const { return duration_; }

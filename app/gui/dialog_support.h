@@ -12,9 +12,9 @@
 
 #include "app/gui/qt_text.h"
 #include "periods/periods.h"
-#include "reports/report_definition.h"
 #include "platform/clock.h"
 #include "platform/user_prompt.h"
+#include "reports/saved_reports.h"
 
 namespace quillora {
 

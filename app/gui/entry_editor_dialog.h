@@ -43,8 +43,6 @@ class EntryEditorDialog : public QDialog {
   QTabWidget* pages() const { return pages_; }
   QDateEdit* date_edit() const { return date_; }
   QComboBox* client_box() const { return client_; }
-  QComboBox* project_box() const { return project_; }
-  QComboBox* phase_box() const { return phase_; }
   QComboBox* task_box() const { return task_; }
   QComboBox* duration_box() const { return duration_; }
   QCheckBox* start_check() const { return start_check_; }
@@ -54,10 +52,6 @@ class EntryEditorDialog : public QDialog {
   QCheckBox* fixed_check() const { return fixed_; }
   QLineEdit* total_edit() const { return total_; }
   QPushButton* calculate_button() const { return calculate_; }
-  QLabel* custom_label(int i) const {
-    return custom_labels_[static_cast<std::size_t>(i)];
-  }
-  QComboBox* custom_box(int i) const { return custom_[static_cast<std::size_t>(i)]; }
   NoteEdit* note_edit() const { return note_; }
 
   // The folder "Edit In Word" writes into, and how it opens the document.
@@ -80,9 +74,6 @@ class EntryEditorDialog : public QDialog {
   void ShowGeneral();
   void ShowBilling();
   void FillRateTree();
-  void PushGeneral();
-  void PushBilling();
-  void PushCustom();
   void PageChanged(int index);
   void FocusRefused();
 

@@ -60,7 +60,6 @@ class NoteEdit : public QWidget {
 
   bool drawing() const { return drawing_; }
   void SetDrawing(bool on);
-  QPlainTextEdit* text_edit() const { return text_; }
   NoteCanvas* canvas() const { return canvas_; }
 
  protected:

@@ -18,7 +18,7 @@
 #include <string>
 
 #include "periods/periods.h"
-#include "reports/report_definition.h"
+#include "reports/saved_reports.h"
 
 namespace quillora {
 

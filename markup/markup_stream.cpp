@@ -1,4 +1,4 @@
-#include "reports/markup_stream.h"
+#include "markup/markup_stream.h"
 
 #include <utility>
 

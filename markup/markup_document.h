@@ -8,8 +8,8 @@
 // export and the HTML report build their output with the writer, one element
 // at a time, and hand the texts to a MarkupStream. Nothing here touches a
 // file.
-#ifndef QUILLORA_REPORTS_MARKUP_DOCUMENT_H_
-#define QUILLORA_REPORTS_MARKUP_DOCUMENT_H_
+#ifndef QUILLORA_MARKUP_MARKUP_DOCUMENT_H_
+#define QUILLORA_MARKUP_MARKUP_DOCUMENT_H_
 
 #include <cstdint>
 #include <string>
@@ -185,4 +185,4 @@ class MarkupDocument {
 
 }  // namespace quillora
 
-#endif  // QUILLORA_REPORTS_MARKUP_DOCUMENT_H_
+#endif  // QUILLORA_MARKUP_MARKUP_DOCUMENT_H_

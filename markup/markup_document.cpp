@@ -1,7 +1,7 @@
 // MarkupDocument: setting a document, the position table and walking the
 // elements. The tokenizer and parser are in markup_reader.cpp, the writer in
 // markup_writer.cpp.
-#include "reports/markup_document.h"
+#include "markup/markup_document.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Test helpers: compound files built from a listing, and the listing of a
 // compound file, so that tests can write damaged files and compare layouts.
-#ifndef QUILLORA_BACKUP_BACKUP_TEST_FILES_H_
-#define QUILLORA_BACKUP_BACKUP_TEST_FILES_H_
+#ifndef QUILLORA_TESTS_BACKUP_TEST_FILES_H_
+#define QUILLORA_TESTS_BACKUP_TEST_FILES_H_
 
 #include <map>
 #include <string>
@@ -107,4 +107,4 @@ inline std::string Hex(const std::string& bytes) {
 
 }  // namespace quillora::testing
 
-#endif  // QUILLORA_BACKUP_BACKUP_TEST_FILES_H_
+#endif  // QUILLORA_TESTS_BACKUP_TEST_FILES_H_

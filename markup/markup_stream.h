@@ -7,8 +7,8 @@
 // document built in one piece: a start tag closed on its own line once
 // content follows, "<name/>" and a line break for an element left empty, an
 // end tag and a line break otherwise.
-#ifndef QUILLORA_REPORTS_MARKUP_STREAM_H_
-#define QUILLORA_REPORTS_MARKUP_STREAM_H_
+#ifndef QUILLORA_MARKUP_MARKUP_STREAM_H_
+#define QUILLORA_MARKUP_MARKUP_STREAM_H_
 
 #include <cstddef>
 #include <functional>
@@ -16,7 +16,7 @@
 #include <string_view>
 #include <vector>
 
-#include "reports/markup_document.h"
+#include "markup/markup_document.h"
 
 namespace quillora {
 
@@ -69,4 +69,4 @@ class MarkupStream {
 
 }  // namespace quillora
 
-#endif  // QUILLORA_REPORTS_MARKUP_STREAM_H_
+#endif  // QUILLORA_MARKUP_MARKUP_STREAM_H_

@@ -1,4 +1,4 @@
-#include "reports/markup_document.h"
+#include "markup/markup_document.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "reports/markup_document.h"
+#include "markup/markup_document.h"
 
 namespace quillora {
 namespace {
