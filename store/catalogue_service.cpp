@@ -327,6 +327,12 @@ std::optional<std::vector<std::u16string>> CatalogueService::Values(ValueListKin
                    [&](const std::u16string& a, const std::u16string& b) {
                      return locale_.Compare(a, b) < 0;
                    });
+  // A restore can bring a text in twice; the list shows it once.
+  texts.erase(std::unique(texts.begin(), texts.end(),
+                          [&](const std::u16string& a, const std::u16string& b) {
+                            return locale_.Equal(a, b);
+                          }),
+              texts.end());
   return texts;
 }
 

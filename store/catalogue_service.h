@@ -92,8 +92,9 @@ class CatalogueService {
   CatalogueResult AddValue(ValueListKind kind, const std::u16string& text);
   CatalogueResult DeleteValue(ValueListKind kind, const std::u16string& text);
   CatalogueResult ClearValues(ValueListKind kind);
-  // The list sorted by the locale comparison, as the editor's drop-downs
-  // show it; nothing after "Unable to load database." when it cannot be read.
+  // The list sorted by the locale comparison, each text once, as the
+  // editor's drop-downs show it; nothing after "Unable to load database."
+  // when it cannot be read.
   std::optional<std::vector<std::u16string>> Values(ValueListKind kind);
 
   // Rates. A rate is known by its client, type and description; `record_id`

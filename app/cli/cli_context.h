@@ -14,6 +14,9 @@
 
 namespace quillora {
 
+// A text of the command line's own that several commands show.
+inline constexpr char16_t kFilterNotRead[] = u"The filter could not be read.";
+
 // Exit statuses.
 inline constexpr int kExitDone = 0;
 inline constexpr int kExitFailed = 1;

@@ -30,7 +30,7 @@ int Export(CliContext& context, Arguments& args) {
   if (!entries.Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   EntryFilter filter;
   if (!LoadFilter(*context.data.registry, &filter)) {
-    return context.Fail(u"The filter could not be read.");
+    return context.Fail(kFilterNotRead);
   }
   const PeriodRange range =
       ChosenPeriod(options, context.data.settings, *context.clock)->GetRange();

@@ -37,7 +37,7 @@ int OpenPeriodEntries(CliContext& context, const PeriodOptions& options,
   if (!entries->store->Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   // The filter as the window loads it at start.
   if (!LoadFilter(*context.data.registry, &entries->filter)) {
-    return context.Fail(u"The filter could not be read.");
+    return context.Fail(kFilterNotRead);
   }
   entries->period = ChosenPeriod(options, context.data.settings, *context.clock);
   return kExitDone;
