@@ -28,7 +28,8 @@ HtmlReportRequest MakeReportRequest(const ReportDefinition& definition,
 std::optional<std::string> RunReportCommand(EntryStore& entries, FileSystem& files,
                                             UserPrompt& prompt,
                                             const HtmlReportRequest& request,
-                                            const Settings& settings, const Locale& locale) {
+                                            const Settings& settings,
+                                            const Locale& locale) {
   std::optional<std::string> path = prompt.ChooseFileToSave(ReportFileChooser());
   if (!path) return std::nullopt;
   if (!GenerateHtmlReport(entries, files, *path, request, settings, locale)) {

@@ -37,7 +37,8 @@ HtmlReportRequest MakeReportRequest(const ReportDefinition& definition,
 std::optional<std::string> RunReportCommand(EntryStore& entries, FileSystem& files,
                                             UserPrompt& prompt,
                                             const HtmlReportRequest& request,
-                                            const Settings& settings, const Locale& locale);
+                                            const Settings& settings,
+                                            const Locale& locale);
 
 }  // namespace quillora
 

@@ -116,10 +116,10 @@ std::vector<CatalogueItem> CatalogueService::RecordsOf(const CatalogueName& item
   if (IsProjectKind(item.kind)) {
     const bool project = item.kind == CatalogueKind::kProject;
     for (ProjectRecord& r : ProjectRecords(catalogue_.projects, client)) {
-      const bool match =
-          project ? locale_.Equal(r.project, item.name)
-                  : !r.task.empty() && locale_.Equal(r.project, item.project) &&
-                        locale_.Equal(r.task, item.name);
+      const bool match = project ? locale_.Equal(r.project, item.name)
+                                 : !r.task.empty() &&
+                                       locale_.Equal(r.project, item.project) &&
+                                       locale_.Equal(r.task, item.name);
       if (match) found.push_back({r.record_id, r.client, std::move(r.task)});
     }
     return found;
@@ -166,7 +166,8 @@ Result CatalogueService::Rename(const CatalogueName& item, const std::u16string&
   if (item.kind == CatalogueKind::kClient) {
     if (!CheckName(to)) return Result::kRefused;
     Client other;
-    if (FindClient(catalogue_.clients, to, &other) && other.record_id != client->record_id) {
+    if (FindClient(catalogue_.clients, to, &other) &&
+        other.record_id != client->record_id) {
       return Refuse(kIdsClientExists, to);
     }
     catalogue_.clients.Seek(SeekType::kObjectId, client->record_id);
@@ -180,7 +181,8 @@ Result CatalogueService::Rename(const CatalogueName& item, const std::u16string&
   bool written = true;
   switch (item.kind) {
     case CatalogueKind::kProject:
-      written = RenameProject(catalogue_.projects, locale_, client->number, item.name, to) >= 0;
+      written =
+          RenameProject(catalogue_.projects, locale_, client->number, item.name, to) >= 0;
       break;
     case CatalogueKind::kProjectTask:
       for (const CatalogueItem& r : records) {
@@ -341,8 +343,9 @@ ObjectId CatalogueService::FindRate(const RateInput& input) {
     // The record may have gone since the caller saw it (another process).
     Rate rate;
     RateStore& rates = catalogue_.rates;
-    const bool there = rates.Seek(SeekType::kObjectId, input.record_id) == input.record_id &&
-                       ReadRate(rates, &rate) == 0;
+    const bool there =
+        rates.Seek(SeekType::kObjectId, input.record_id) == input.record_id &&
+        ReadRate(rates, &rate) == 0;
     return there ? input.record_id : 0;
   }
   for (const Rate& rate : RatesOf(catalogue_.rates, input.client)) {
@@ -363,9 +366,9 @@ Result CatalogueService::AddRate(const RateInput& input, bool flag, ObjectId* sa
   }
   double value = 0;
   ParseRateText(input.value_text, &value);
-  const ObjectId id = ::quillora::AddRate(catalogue_.rates,
-                                          static_cast<std::uint16_t>(input.type), value,
-                                          input.client, input.description, flag);
+  const ObjectId id =
+      ::quillora::AddRate(catalogue_.rates, static_cast<std::uint16_t>(input.type), value,
+                          input.client, input.description, flag);
   if (saved != nullptr) *saved = id;
   return id != 0 ? Result::kDone : Fail(kIdsSaveRateFailed);
 }
@@ -407,7 +410,7 @@ Result CatalogueService::DeleteRate(const RateInput& input) {
   if (id == 0) return Refuse(kIdsNoSuchRate);
   if (!Ask(kIdsDeleteItemQuestion)) return Result::kDeclined;
   return ::quillora::DeleteRate(catalogue_.rates, id) ? Result::kDone
-                                                       : Fail(kIdsDeleteRateFailed);
+                                                      : Fail(kIdsDeleteRateFailed);
 }
 
 RateTree CatalogueService::Rates(const Client* client) {

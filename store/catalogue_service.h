@@ -73,7 +73,8 @@ class CatalogueService {
   CatalogueResult DeleteList(CatalogueKind list, ClientId client);
   // Moves projects (with their tasks) and tasks of client `from` to `to` in
   // one store batch; what `to` has already is merged.
-  CatalogueResult Move(ClientId from, ClientId to, const std::vector<std::u16string>& projects,
+  CatalogueResult Move(ClientId from, ClientId to,
+                       const std::vector<std::u16string>& projects,
                        const std::vector<CatalogueItem>& tasks);
 
   // Every client in name order.

@@ -40,8 +40,10 @@ TEST_F(CatalogueServiceTest, RenamingOntoATakenNameMergesItemsButNotClients) {
   Add(Kind::kProject, u"Site");
   Add(Kind::kTask, u"Call");
   Add(Kind::kTask, u"Phone");
-  EXPECT_EQ(service_.Rename({Kind::kProject, u"Acme", {}, u"Web"}, u"Site"), Result::kDone);
-  EXPECT_EQ(service_.Rename({Kind::kTask, u"Acme", {}, u"Call"}, u"Phone"), Result::kDone);
+  EXPECT_EQ(service_.Rename({Kind::kProject, u"Acme", {}, u"Web"}, u"Site"),
+            Result::kDone);
+  EXPECT_EQ(service_.Rename({Kind::kTask, u"Acme", {}, u"Call"}, u"Phone"),
+            Result::kDone);
   EXPECT_EQ(service_.Projects(acme_), (std::vector<Project>{{u"Site", {u"Design"}}}));
   ASSERT_EQ(service_.Items(Kind::kTask, acme_).size(), 1u);
   EXPECT_EQ(service_.Rename({Kind::kTask, u"Acme", {}, u"Phone"}, u""), Result::kRefused);
@@ -49,7 +51,8 @@ TEST_F(CatalogueServiceTest, RenamingOntoATakenNameMergesItemsButNotClients) {
 
   ASSERT_EQ(service_.Add({Kind::kClient, u"Beta", {}, {}}), Result::kDone);
   EXPECT_EQ(service_.Rename({Kind::kClient, u"Acme", {}, {}}, u"Beta"), Result::kRefused);
-  EXPECT_EQ(service_.Rename({Kind::kClient, u"Acme", {}, {}}, u"Acme Ltd"), Result::kDone);
+  EXPECT_EQ(service_.Rename({Kind::kClient, u"Acme", {}, {}}, u"Acme Ltd"),
+            Result::kDone);
   EXPECT_EQ(service_.TakeClient(u"Acme Ltd")->number, acme_) << "the number stays";
 }
 
@@ -65,17 +68,18 @@ TEST_F(CatalogueServiceTest, ValueListsHoldEachTextOnceAndAskBeforeDeleting) {
   prompt_.answers = {Answer::kYes};
   EXPECT_EQ(service_.ClearValues(ValueListKind::kCurrency), Result::kDone);
   EXPECT_TRUE(service_.Values(ValueListKind::kCurrency)->empty());
-  EXPECT_EQ(prompt_.Texts(), (std::vector<std::u16string>{
-                                 FormatString(kIdsValueInList, u"USD"),
-                                 FormatString(kIdsValueNotInList, u"GBP"),
-                                 LoadString(kIdsDeleteItemQuestion),
-                                 LoadString(kIdsDeleteListQuestion)}));
+  EXPECT_EQ(
+      prompt_.Texts(),
+      (std::vector<std::u16string>{
+          FormatString(kIdsValueInList, u"USD"), FormatString(kIdsValueNotInList, u"GBP"),
+          LoadString(kIdsDeleteItemQuestion), LoadString(kIdsDeleteListQuestion)}));
 }
 
 TEST_F(CatalogueServiceTest, AnUpdateKeepsTheRateFlagUnlessGivenOne) {
   ObjectId id = 0;
   ASSERT_EQ(service_.AddRate({1, u"Rush", u"2", acme_, 0}, true, &id), Result::kDone);
-  ASSERT_EQ(service_.UpdateRate({1, u"Rush", u"3", acme_, id}, std::nullopt), Result::kDone);
+  ASSERT_EQ(service_.UpdateRate({1, u"Rush", u"3", acme_, id}, std::nullopt),
+            Result::kDone);
   EXPECT_TRUE(RatesOf(catalogue_.rates, acme_).at(0).flag);
   ASSERT_EQ(service_.UpdateRate({1, u"Rush", u"3", acme_, 0}, false), Result::kDone);
   EXPECT_FALSE(RatesOf(catalogue_.rates, acme_).at(0).flag);

@@ -9,8 +9,8 @@
 #include "app/cli/period_options.h"
 #include "periods/entry_filter.h"
 #include "platform/text.h"
-#include "timekeeping/bulk_edits.h"
 #include "store/string_table.h"
+#include "timekeeping/bulk_edits.h"
 
 namespace quillora {
 namespace {

@@ -107,8 +107,8 @@ int RunProject(CliContext& context, Arguments& args) {
   const char* usage =
       "project add CLIENT PROJECT [TASK] | rename CLIENT OLD NEW | delete CLIENT PROJECT "
       "| list CLIENT";
-  const auto w = SubcommandWords(args, sub, usage,
-                                 {{"add", 2, 1}, {"rename", 3}, {"delete", 2}, {"list", 1}});
+  const auto w = SubcommandWords(
+      args, sub, usage, {{"add", 2, 1}, {"rename", 3}, {"delete", 2}, {"list", 1}});
   if (!w) return kExitUsage;
   CatalogueService* service = context.OpenCatalogueService();
   if (!service) return kExitFailed;
@@ -134,10 +134,11 @@ int RunProject(CliContext& context, Arguments& args) {
 
 int RunItems(CliContext& context, Arguments& args, bool tasks) {
   const std::string sub = Subcommand(args);
-  const char* usage = tasks ? "task add|delete CLIENT TASK [--project NAME] | rename CLIENT "
-                              "OLD NEW [--project NAME] | list CLIENT [--project NAME]"
-                            : "contact add|delete CLIENT NAME | rename CLIENT OLD NEW | "
-                              "list CLIENT";
+  const char* usage =
+      tasks ? "task add|delete CLIENT TASK [--project NAME] | rename CLIENT "
+              "OLD NEW [--project NAME] | list CLIENT [--project NAME]"
+            : "contact add|delete CLIENT NAME | rename CLIENT OLD NEW | "
+              "list CLIENT";
   const std::optional<std::string> project_arg =
       tasks ? args.Value("--project") : std::nullopt;
   const auto w = SubcommandWords(args, sub, usage,
@@ -312,8 +313,8 @@ const Command kProjectCommand = {
     RunProject};
 const Command kTaskCommand = {
     "task",
-    "task add|delete CLIENT TASK [--project NAME] | rename CLIENT OLD NEW [--project NAME] "
-    "| list CLIENT [--project NAME]",
+    "task add|delete CLIENT TASK [--project NAME] | rename CLIENT OLD NEW "
+    "[--project NAME] | list CLIENT [--project NAME]",
     "add, rename, delete or list a client's tasks (or a project's)",
     "Without --project the client's own task list; with it the tasks of that project.\n"
     "A task renamed to a name the list has already merges into it.",

@@ -21,7 +21,8 @@ bool CliContext::OpenData() {
 bool CliContext::OpenCatalogue() {
   if (!OpenData()) return false;
   if (quillora::OpenCatalogue(&data)) return true;
-  prompt->ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase), MessageIcon::kError);
+  prompt->ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase),
+                      MessageIcon::kError);
   return false;
 }
 

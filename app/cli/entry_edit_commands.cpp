@@ -12,10 +12,10 @@
 #include "platform/file.h"
 #include "platform/text.h"
 #include "store/rates.h"
+#include "store/string_table.h"
 #include "store/time_entry.h"
 #include "timekeeping/copy_entry.h"
 #include "timekeeping/entry_editor.h"
-#include "store/string_table.h"
 
 namespace quillora {
 namespace {

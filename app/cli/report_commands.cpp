@@ -113,12 +113,12 @@ int RunReport(CliContext& context, Arguments& args) {
   // The saved entry filter, as the window's view has it.
   EntryFilter filter;
   LoadFilter(*context.data.registry, &filter);
-  const HtmlReportRequest request =
-      MakeReportRequest(report.definition, ChosenPeriod(options, settings, *context.clock)->GetRange(),
-                        filter, context.clock->LocalNow());
+  const HtmlReportRequest request = MakeReportRequest(
+      report.definition, ChosenPeriod(options, settings, *context.clock)->GetRange(),
+      filter, context.clock->LocalNow());
   context.prompt->SetFile(path);
-  return RunReportCommand(entries, FileSystem::Posix(), *context.prompt, request, settings,
-                          context.locale())
+  return RunReportCommand(entries, FileSystem::Posix(), *context.prompt, request,
+                          settings, context.locale())
              ? kExitDone
              : kExitFailed;
 }

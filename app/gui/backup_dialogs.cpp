@@ -18,7 +18,8 @@ Catalogue* CatalogueOf(MainWindow* window) {
     catalogue = window->data().catalogue.get();
   }
   if (catalogue == nullptr) {
-    window->prompt().ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase), MessageIcon::kError);
+    window->prompt().ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase),
+                                 MessageIcon::kError);
   }
   return catalogue;
 }

@@ -227,7 +227,8 @@ void CatalogueDialog::Rebuild() {
     client->setData(0, kRecordRole, c.record_id);
     QTreeWidgetItem* projects = NewItem(client, groups[0], Kind::kProjectsGroup, c.number);
     for (const Project& p : service_.Projects(c.number)) {
-      QTreeWidgetItem* project = NewItem(projects, p.name, Kind::kProject, c.number, 0, p.name);
+      QTreeWidgetItem* project =
+          NewItem(projects, p.name, Kind::kProject, c.number, 0, p.name);
       for (const std::u16string& task : p.tasks) {
         NewItem(project, task, Kind::kProjectTask, c.number, 0, p.name);
       }
@@ -329,7 +330,8 @@ void CatalogueDialog::AddItem() {
     case Kind::kContactsGroup:
     case Kind::kContact:
       added = NameOf(item);
-      label = added.kind == CatalogueKind::kTask ? kIdsEnterTaskName : kIdsEnterContactName;
+      label =
+          added.kind == CatalogueKind::kTask ? kIdsEnterTaskName : kIdsEnterContactName;
       if (!IsGroup(kind)) select.removeLast();
       break;
   }

@@ -70,9 +70,10 @@ void TakeAway(DataContext& data, const Case& c) {
 std::vector<std::string> CliArgs(const Case& c) {
   const std::string name = ToUtf8(c.name), to = ToUtf8(c.to);
   if (c.kind == kRate) {
-    std::vector<std::string> args = {"rate", c.op == "rename" ? "update" : c.op,
-                                     "--client", "Acme", "--type", "0", "--description",
-                                     "Std"};
+    std::vector<std::string> args = {"rate",          c.op == "rename" ? "update" : c.op,
+                                     "--client",      "Acme",
+                                     "--type",        "0",
+                                     "--description", "Std"};
     if (c.op != "delete") args.insert(args.end(), {"--value", "60"});
     return args;
   }
@@ -172,6 +173,7 @@ class CatalogueFrontEndsTest : public QObject {
  private slots:
   void BothFrontEndsAnswerAlike() {
     const std::u16string no_client = FormatString(kIdsNoClientNamed, u"Acme");
+    // clang-format off
     const Case cases[] = {
         {Kind::kClient, "add", false, u"Acme", {}, {FormatString(kIdsClientExists, u"Acme")}, false},
         {Kind::kClient, "add", false, u"Zeta", {}, {}, true},
@@ -201,6 +203,7 @@ class CatalogueFrontEndsTest : public QObject {
         {kRate, "delete", false, u"Std", {}, {LoadString(kIdsDeleteItemQuestion)}, false},
         {kRate, "delete", true, u"Std", {}, {LoadString(kIdsNoSuchRate)}, false},
     };
+    // clang-format on
     for (const Case& c : cases) {
       const std::string line = ToUtf8(c.name) + " " + c.op + (c.gone ? " (gone)" : "");
       // The window.

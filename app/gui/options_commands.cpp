@@ -43,7 +43,8 @@ std::vector<std::u16string> CurrencyNames(MainWindow* window) {
   DataContext& data = window->data();
   if (!data.catalogue) return {};
   CatalogueService catalogue(*data.catalogue, *data.locale, window->prompt());
-  return catalogue.Values(ValueListKind::kCurrency).value_or(std::vector<std::u16string>{});
+  return catalogue.Values(ValueListKind::kCurrency)
+      .value_or(std::vector<std::u16string>{});
 }
 
 void RunOptions(MainWindow* window) {

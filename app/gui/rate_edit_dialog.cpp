@@ -56,9 +56,9 @@ void RateEditDialog::accept() {
   input.client = rate_.client;
   input.record_id = rate_.record_id;
   // A new rate has no flag; an edited one keeps the flag it has.
-  const CatalogueResult result = rate_.record_id == 0
-                                     ? catalogue_.AddRate(input, false, &saved_)
-                                     : catalogue_.UpdateRate(input, std::nullopt, &saved_);
+  const CatalogueResult result =
+      rate_.record_id == 0 ? catalogue_.AddRate(input, false, &saved_)
+                           : catalogue_.UpdateRate(input, std::nullopt, &saved_);
   if (result == CatalogueResult::kRefused) {
     if (input.type < 0) {
       type_->setFocus();

@@ -19,7 +19,8 @@ class RateEditDialog : public QDialog {
  public:
   // `rate` with record id 0 is a new rate of `rate.client` (no type chosen,
   // empty fields); otherwise the rate to edit.
-  RateEditDialog(CatalogueService& catalogue, const Rate& rate, QWidget* parent = nullptr);
+  RateEditDialog(CatalogueService& catalogue, const Rate& rate,
+                 QWidget* parent = nullptr);
 
   QComboBox* type() const { return type_; }
   QLineEdit* description() const { return description_; }
