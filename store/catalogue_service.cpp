@@ -148,13 +148,19 @@ Result CatalogueService::Add(const CatalogueName& item, ClientId* number) {
     return Result::kRefused;
   }
   if (!CheckName(item.name)) return Result::kRefused;
-  if (!RecordsOf(item, client->number).empty()) return Refuse(ExistsText(item.kind));
   ObjectId written = 0;
   if (IsProjectKind(item.kind)) {
+    // The triple decides, as for a saved entry: a project known only from
+    // its tasks' records can still get its own.
     const bool project = item.kind == CatalogueKind::kProject;
-    written = AddProject(catalogue_.projects, locale_, client->number,
-                         project ? item.name : item.project, project ? u"" : item.name);
+    const std::u16string& name = project ? item.name : item.project;
+    const std::u16string task = project ? u"" : item.name;
+    if (IsDuplicate(catalogue_.projects, locale_, client->number, name, task)) {
+      return Refuse(ExistsText(item.kind));
+    }
+    written = AddProject(catalogue_.projects, locale_, client->number, name, task);
   } else {
+    if (!RecordsOf(item, client->number).empty()) return Refuse(ExistsText(item.kind));
     written = AddItem(StoreOf(item.kind), locale_, client->number, item.name);
   }
   return written != 0 ? Result::kDone : Fail(SaveFailedText(item.kind));

@@ -215,7 +215,10 @@ class CatalogueFrontEndsTest : public QObject {
       testing::FakePrompt prompt;
       Seed(data, prompt);
       QVERIFY2(prompt.shown.empty() && RunWindow(c, data, prompt), line.c_str());
-      QVERIFY2(prompt.Texts() == c.shown, line.c_str());
+      std::string window_shown;
+      for (const std::u16string& text : prompt.Texts())
+        window_shown += ToUtf8(text) + "\n";
+      QVERIFY2(prompt.Texts() == c.shown, (line + ": " + window_shown).c_str());
       // The command line, on a folder seeded the same way.
       testing::TempDir cli_dir;
       {
