@@ -1,5 +1,5 @@
 // What the front-end table (app/gui/catalogue_front_ends_test.cpp) does not
-// reach: merging renames, the value lists, the rate flag and whole lists.
+// reach: merging renames, the value lists and whole lists.
 #include "store/catalogue_service.h"
 
 #include <gtest/gtest.h>
@@ -73,17 +73,6 @@ TEST_F(CatalogueServiceTest, ValueListsHoldEachTextOnceAndAskBeforeDeleting) {
       (std::vector<std::u16string>{
           FormatString(kIdsValueInList, u"USD"), FormatString(kIdsValueNotInList, u"GBP"),
           LoadString(kIdsDeleteItemQuestion), LoadString(kIdsDeleteListQuestion)}));
-}
-
-TEST_F(CatalogueServiceTest, AnUpdateKeepsTheRateFlagUnlessGivenOne) {
-  ObjectId id = 0;
-  ASSERT_EQ(service_.AddRate({1, u"Rush", u"2", acme_, 0}, true, &id), Result::kDone);
-  ASSERT_EQ(service_.UpdateRate({1, u"Rush", u"3", acme_, id}, std::nullopt),
-            Result::kDone);
-  EXPECT_TRUE(RatesOf(catalogue_.rates, acme_).at(0).flag);
-  ASSERT_EQ(service_.UpdateRate({1, u"Rush", u"3", acme_, 0}, false), Result::kDone);
-  EXPECT_FALSE(RatesOf(catalogue_.rates, acme_).at(0).flag);
-  EXPECT_EQ(RatesOf(catalogue_.rates, acme_).at(0).value, 300u);
 }
 
 TEST_F(CatalogueServiceTest, AWholeListIsDeletedAfterOneQuestion) {
