@@ -8,6 +8,7 @@
 #include "app/gui/single_instance.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
+#include "tests/test_time.h"
 
 namespace quillora {
 namespace {
@@ -55,11 +56,7 @@ class RecordingDevice : public QPaintDevice {
   mutable RecordingEngine engine;
 };
 
-FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
-  FileTime ft = 0;
-  SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft);
-  return ft;
-}
+using testing::At;
 
 class MainWindowTest : public QObject {
   Q_OBJECT
