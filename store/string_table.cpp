@@ -13,6 +13,7 @@ const std::u16string& LoadString(int id) {
       {kIdsContactsDatabase, u"Quillora Contacts"},
       {kIdsRatesDatabase, u"Quillora Rates"},
       {kIdsAuxDatabase, u"Quillora Data 2"},
+      {kIdsUnableToLoadDatabase, u"Unable to load database."},
       {kIdsNormalRate, u"Normal Rate"},
       {kIdsOvertimeRate, u"Overtime Rate"},
       {kIdsWeekendRate, u"Weekend Rate"},
@@ -37,6 +38,25 @@ const std::u16string& LoadString(int id) {
       {kIdsProjectsGroup, u"Projects"},
       {kIdsTasksGroup, u"Tasks"},
       {kIdsContactsGroup, u"Contacts"},
+      {kIdsNoClientNamed, u"There is no client named \"%s\"."},
+      {kIdsClientExists, u"A client named \"%s\" already exists."},
+      {kIdsProjectExists, u"This project already exists for this client."},
+      {kIdsProjectTaskExists, u"This task already exists in this project."},
+      {kIdsTaskExists, u"This task already exists for this client."},
+      {kIdsContactExists, u"This contact already exists for this client."},
+      {kIdsNoProjectNamed, u"There is no project named \"%s\" for this client."},
+      {kIdsNoProjectTaskNamed, u"There is no task named \"%s\" in this project."},
+      {kIdsNoTaskNamed, u"There is no task named \"%s\" for this client."},
+      {kIdsNoContactNamed, u"There is no contact named \"%s\" for this client."},
+      {kIdsValueInList, u"\"%s\" is already in the list."},
+      {kIdsValueNotInList, u"\"%s\" is not in the list."},
+      {kIdsSaveClientFailed, u"Unable to save the client."},
+      {kIdsDeleteClientFailed, u"Unable to delete the client."},
+      {kIdsSaveProjectFailed, u"Unable to save the project."},
+      {kIdsDeleteProjectFailed, u"Unable to delete the project."},
+      {kIdsSaveTaskFailed, u"Unable to save the task."},
+      {kIdsSaveContactFailed, u"Unable to save the contact."},
+      {kIdsSaveValueFailed, u"Unable to save the item."},
       {kIdsDefaultRates, u"(Default Rates)"},
       {kIdsCustomRate, u"(Custom Rate)"},
       {kIdsSelectRateType, u"Please select a type."},
@@ -45,6 +65,9 @@ const std::u16string& LoadString(int id) {
       {kIdsDuplicateRate,
        u"This type of rate with this description already exists for this client. "
        u"Please either choose a different type or alter the description."},
+      {kIdsNoSuchRate, u"There is no such rate for this client."},
+      {kIdsSaveRateFailed, u"Unable to save the rate."},
+      {kIdsDeleteRateFailed, u"Unable to delete the rate."},
       {kIdsTaskNameRequired,
        u"Please enter a task name.  You cannot have a blank Task field."},
       {kIdsSaveEntryFailed, u"Unable to save the time entry."},
@@ -150,6 +173,14 @@ const std::u16string& LoadString(int id) {
   static const std::u16string kEmpty;
   auto it = kTable.find(id);
   return it == kTable.end() ? kEmpty : it->second;
+}
+
+std::u16string FormatString(int id, const std::u16string& text) {
+  std::u16string out = LoadString(id);
+  if (const std::size_t at = out.find(u"%s"); at != std::u16string::npos) {
+    out.replace(at, 2, text);
+  }
+  return out;
 }
 
 }  // namespace quillora

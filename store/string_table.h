@@ -16,6 +16,7 @@ enum StringId : int {
   kIdsContactsDatabase = 46,   // "Quillora Contacts"
   kIdsRatesDatabase = 47,      // "Quillora Rates"
   kIdsAuxDatabase = 48,        // "Quillora Data 2"
+  kIdsUnableToLoadDatabase = 49,  // "Unable to load database."
   kIdsNormalRate = 120,        // "Normal Rate" .. "Discount Rate" are 120..124
   kIdsOvertimeRate = 121,
   kIdsWeekendRate = 122,
@@ -38,6 +39,26 @@ enum StringId : int {
   kIdsProjectsGroup = 1313,         // "Projects", "Tasks", "Contacts": tree groups
   kIdsTasksGroup = 1314,
   kIdsContactsGroup = 1315,
+  // The catalogue's refusals and failures ("%s" is the name given).
+  kIdsNoClientNamed = 1316,         // "There is no client named "%s"."
+  kIdsClientExists = 1317,          // "A client named "%s" already exists."
+  kIdsProjectExists = 1318,         // "This project already exists for this client."
+  kIdsProjectTaskExists = 1319,     // "This task already exists in this project."
+  kIdsTaskExists = 1320,            // "This task already exists for this client."
+  kIdsContactExists = 1321,         // "This contact already exists for this client."
+  kIdsNoProjectNamed = 1322,        // "There is no project named "%s" for this client."
+  kIdsNoProjectTaskNamed = 1323,    // "There is no task named "%s" in this project."
+  kIdsNoTaskNamed = 1324,           // "There is no task named "%s" for this client."
+  kIdsNoContactNamed = 1325,        // "There is no contact named "%s" for this client."
+  kIdsValueInList = 1326,           // ""%s" is already in the list."
+  kIdsValueNotInList = 1327,        // ""%s" is not in the list."
+  kIdsSaveClientFailed = 1328,      // "Unable to save the client."
+  kIdsDeleteClientFailed = 1329,    // "Unable to delete the client."
+  kIdsSaveProjectFailed = 1330,     // "Unable to save the project."
+  kIdsDeleteProjectFailed = 1331,   // "Unable to delete the project."
+  kIdsSaveTaskFailed = 1332,        // "Unable to save the task."
+  kIdsSaveContactFailed = 1333,     // "Unable to save the contact."
+  kIdsSaveValueFailed = 1334,       // "Unable to save the item."
   // Rates.
   kIdsDefaultRates = 1400,          // "(Default Rates)"
   kIdsCustomRate = 1401,            // "(Custom Rate)"
@@ -45,6 +66,9 @@ enum StringId : int {
   kIdsEnterRateDescription = 1403,  // "Please enter a description."
   kIdsInvalidRate = 1404,           // "This is not a valid rate. ..."
   kIdsDuplicateRate = 1405,         // "This type of rate with this description ..."
+  kIdsNoSuchRate = 1406,            // "There is no such rate for this client."
+  kIdsSaveRateFailed = 1407,        // "Unable to save the rate."
+  kIdsDeleteRateFailed = 1408,      // "Unable to delete the rate."
   // The entry editor and copy entry.
   kIdsTaskNameRequired = 2000,   // "Please enter a task name.  You cannot have ..."
   kIdsSaveEntryFailed = 2001,    // "Unable to save the time entry."
@@ -133,6 +157,9 @@ enum StringId : int {
 
 // The text of a string id; empty for an id the table does not hold.
 const std::u16string& LoadString(int id);
+
+// The text of `id` with its "%s" replaced by `text`.
+std::u16string FormatString(int id, const std::u16string& text);
 
 // The title of every message box.
 inline constexpr char16_t kAppTitle[] = u"Quillora";

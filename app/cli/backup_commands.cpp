@@ -9,6 +9,7 @@
 #include "backup/archive.h"
 #include "backup/backup.h"
 #include "platform/text.h"
+#include "store/string_table.h"
 
 namespace quillora {
 
@@ -30,7 +31,7 @@ int TakeFile(Arguments& args, std::string* file) {
 int OpenStores(CliContext& context, std::unique_ptr<EntryStore>* entries) {
   if (!context.OpenCatalogue()) return kExitFailed;
   *entries = std::make_unique<EntryStore>(*context.data.volume);
-  if (!(*entries)->Open()) return context.Fail(u"Unable to load database.");
+  if (!(*entries)->Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   return kExitDone;
 }
 
@@ -87,12 +88,12 @@ int ArchiveRun(CliContext& context, Arguments& args) {
   if (const int status = OpenStores(context, &entries)) return status;
   if (clients) {
     request.type = kArchiveClientData;
+    CatalogueService* service = context.OpenCatalogueService();
+    if (!service) return kExitFailed;
     for (const std::u16string& name : names) {
-      Client client;
-      if (!FindClient(context.data.catalogue->clients, name, &client)) {
-        return context.Fail(u"There is no client named \"" + name + u"\".");
-      }
-      request.clients.push_back(client.record_id);
+      const std::optional<Client> client = service->TakeClient(name);
+      if (!client) return kExitFailed;
+      request.clients.push_back(client->record_id);
     }
   }
   context.prompt->SetFile(file);

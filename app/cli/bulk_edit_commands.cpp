@@ -10,6 +10,7 @@
 #include "periods/entry_filter.h"
 #include "platform/text.h"
 #include "store/name_text.h"
+#include "store/string_table.h"
 #include "timekeeping/bulk_edits.h"
 
 namespace quillora {
@@ -40,7 +41,7 @@ bool ParseReplaceType(const std::string& text, ReplaceType* type) {
 int OpenStores(CliContext& context, std::unique_ptr<EntryStore>* entries) {
   if (!context.OpenCatalogue()) return kExitFailed;
   *entries = std::make_unique<EntryStore>(*context.data.volume);
-  if (!(*entries)->Open()) return context.Fail(u"Unable to load database.");
+  if (!(*entries)->Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   return kExitDone;
 }
 
@@ -146,10 +147,10 @@ int DeleteDataRun(CliContext& context, Arguments& args) {
   }
   std::unique_ptr<EntryStore> entries;
   if (const int status = OpenStores(context, &entries)) return status;
+  CatalogueService* service = context.OpenCatalogueService();
+  if (!service) return kExitFailed;
   for (const std::u16string& name : criteria.clients) {
-    if (!FindClient(context.data.catalogue->clients, name)) {
-      return context.Fail(u"There is no client named \"" + name + u"\".");
-    }
+    if (!service->TakeClient(name)) return kExitFailed;
   }
   const BulkOutcome outcome = DeleteDataByCriteria(*entries, context.locale(),
                                                    *context.prompt, criteria, nullptr);

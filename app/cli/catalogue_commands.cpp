@@ -1,60 +1,22 @@
 // The catalogue commands: clients, projects, tasks, contacts, rates and the
-// value lists. Each works as the catalogue tree and the rate setup page do:
-// the same checks, messages and questions (docs/catalogue.md).
-#include <algorithm>
+// value lists. Each maps its words onto the catalogue service, which holds
+// the rules, messages and questions the window shows too (docs/catalogue.md).
 #include <cstdio>
 #include <initializer_list>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "app/cli/cli_commands.h"
-#include "platform/locale.h"
 #include "platform/text.h"
-#include "store/catalogue.h"
+#include "store/catalogue_service.h"
 #include "store/rates.h"
-#include "store/string_table.h"
 
 namespace quillora {
 namespace {
 
-// What one catalogue command works with once the data is open.
-struct Session {
-  CliContext& context;
-  Catalogue* catalogue;
-  const Locale* locale;
-
-  UserPrompt& prompt() { return *context.prompt; }
-  int Fail(const std::u16string& text) { return context.Fail(text); }
-
-  // Finds a client by its exact name; shows why not and answers false.
-  bool TakeClient(const std::string& name, Client* client) {
-    if (FindClient(catalogue->clients, FromUtf8(name), client)) return true;
-    Fail(u"There is no client named \"" + FromUtf8(name) + u"\".");
-    return false;
-  }
-};
-
-// The exit status of a deletion: 0 done, 1 declined, 1 with `failure` shown
-// when the store failed.
-int DeleteStatus(Session& s, DeleteOutcome outcome, const std::u16string& failure) {
-  switch (outcome) {
-    case DeleteOutcome::kDeleted:
-      return kExitDone;
-    case DeleteOutcome::kDeclined:
-      return kExitFailed;
-    case DeleteOutcome::kFailed:
-      break;
-  }
-  return s.Fail(failure);
-}
-
-// Opens the data and the five catalogue stores; null after showing why.
-std::unique_ptr<Session> OpenSession(CliContext& context) {
-  if (!context.OpenCatalogue()) return nullptr;
-  return std::make_unique<Session>(
-      Session{context, context.data.catalogue.get(), context.data.locale.get()});
+int StatusOf(CatalogueResult result) {
+  return result == CatalogueResult::kDone ? kExitDone : kExitFailed;
 }
 
 // The positional words after the subcommand, with the usage checked: exactly
@@ -103,7 +65,20 @@ std::string Subcommand(Arguments& args) {
 
 void PrintLine(const std::u16string& text) { std::printf("%s\n", ToUtf8(text).c_str()); }
 
-std::u16string Quoted(const std::u16string& text) { return u"\"" + text + u"\""; }
+// add, rename and delete of one item named by the words.
+int Edit(CatalogueService& service, const std::string& sub, const CatalogueName& item,
+         const std::vector<std::string>& words) {
+  if (sub == "add") {
+    ClientId number = 0;
+    const CatalogueResult result = service.Add(item, &number);
+    if (result == CatalogueResult::kDone && item.kind == CatalogueKind::kClient) {
+      std::printf("%u\n", number);
+    }
+    return StatusOf(result);
+  }
+  if (sub == "rename") return StatusOf(service.Rename(item, FromUtf8(words.back())));
+  return StatusOf(service.Delete(item));
+}
 
 // client add NAME | rename OLD NEW | delete NAME | list
 
@@ -113,166 +88,78 @@ int RunClient(CliContext& context, Arguments& args) {
   const auto w = SubcommandWords(args, sub, usage,
                                  {{"add", 1}, {"delete", 1}, {"rename", 2}, {"list", 0}});
   if (!w) return kExitUsage;
-  auto s = OpenSession(context);
-  if (!s) return kExitFailed;
-  ClientStore& clients = s->catalogue->clients;
-
+  CatalogueService* service = context.OpenCatalogueService();
+  if (!service) return kExitFailed;
   if (sub == "list") {
-    for (const Client& c : ClientList(clients)) {
+    for (const Client& c : service->Clients()) {
       std::printf("%s\t%u\n", ToUtf8(c.name).c_str(), c.number);
     }
     return kExitDone;
   }
-  if (sub == "add") {
-    const std::u16string name = FromUtf8((*w)[0]);
-    if (!CheckNameText(s->prompt(), name, TextField::kClient)) return kExitFailed;
-    if (FindClient(clients, name)) {
-      return s->Fail(u"A client named " + Quoted(name) + u" already exists.");
-    }
-    const ClientId number = AddClient(clients, name);
-    if (!FindClient(clients, name)) return s->Fail(u"Unable to save the client.");
-    std::printf("%u\n", number);
-    return kExitDone;
-  }
-  Client client;
-  if (!s->TakeClient((*w)[0], &client)) return kExitFailed;
-  if (sub == "rename") {
-    const std::u16string name = FromUtf8((*w)[1]);
-    if (!CheckNameText(s->prompt(), name, TextField::kClient)) return kExitFailed;
-    Client existing;
-    if (FindClient(clients, name, &existing) && existing.record_id != client.record_id) {
-      return s->Fail(u"A client named " + Quoted(name) + u" already exists.");
-    }
-    clients.Seek(SeekType::kObjectId, client.record_id);
-    if (!RenameClient(clients, name)) return s->Fail(u"Unable to save the client.");
-    return kExitDone;
-  }
-  return DeleteStatus(*s, DeleteClient(*s->catalogue, s->prompt(), client.record_id),
-                      u"Unable to delete the client.");
+  return Edit(*service, sub, {CatalogueKind::kClient, FromUtf8((*w)[0]), {}, {}}, *w);
 }
 
-// project add CLIENT PROJECT [TASK] | delete CLIENT PROJECT | list CLIENT
+// project add CLIENT PROJECT [TASK] | rename CLIENT OLD NEW | delete CLIENT PROJECT
+// | list CLIENT
 
 int RunProject(CliContext& context, Arguments& args) {
   const std::string sub = Subcommand(args);
   const char* usage =
-      "project add CLIENT PROJECT [TASK] | delete CLIENT PROJECT | list CLIENT";
-  const auto w =
-      SubcommandWords(args, sub, usage, {{"add", 2, 1}, {"delete", 2}, {"list", 1}});
+      "project add CLIENT PROJECT [TASK] | rename CLIENT OLD NEW | delete CLIENT PROJECT "
+      "| list CLIENT";
+  const auto w = SubcommandWords(
+      args, sub, usage, {{"add", 2, 1}, {"rename", 3}, {"delete", 2}, {"list", 1}});
   if (!w) return kExitUsage;
-  auto s = OpenSession(context);
-  if (!s) return kExitFailed;
-  Client client;
-  if (!s->TakeClient((*w)[0], &client)) return kExitFailed;
-  ProjectStore& projects = s->catalogue->projects;
-  const Locale& locale = *s->locale;
-
+  CatalogueService* service = context.OpenCatalogueService();
+  if (!service) return kExitFailed;
+  const std::u16string client_name = FromUtf8((*w)[0]);
   if (sub == "list") {
-    for (const Project& p : ProjectsOf(projects, locale, client.number)) {
+    const std::optional<Client> client = service->TakeClient(client_name);
+    if (!client) return kExitFailed;
+    for (const Project& p : service->Projects(client->number)) {
       PrintLine(p.name);
       for (const std::u16string& task : p.tasks) PrintLine(p.name + u"\t" + task);
     }
     return kExitDone;
   }
-  const std::u16string project = FromUtf8((*w)[1]);
-  if (sub == "add") {
-    const std::u16string task = w->size() > 2 ? FromUtf8((*w)[2]) : u"";
-    if (!CheckNameText(s->prompt(), project, TextField::kProject)) return kExitFailed;
-    if (w->size() > 2 && !CheckNameText(s->prompt(), task, TextField::kTask))
-      return kExitFailed;
-    if (IsDuplicate(projects, locale, client.number, project, task)) {
-      return s->Fail(task.empty() ? u"This project already exists for this client."
-                                  : u"This task already exists in this project.");
-    }
-    if (AddProject(projects, locale, client.number, project, task) == 0) {
-      return s->Fail(u"Unable to save the project.");
-    }
-    return kExitDone;
+  CatalogueName item{CatalogueKind::kProject, client_name, {}, FromUtf8((*w)[1])};
+  if (sub == "add" && w->size() > 2) {
+    item = {CatalogueKind::kProjectTask, client_name, item.name, FromUtf8((*w)[2])};
   }
-  const auto list = ProjectsOf(projects, locale, client.number);
-  if (std::none_of(list.begin(), list.end(),
-                   [&](const Project& p) { return locale.Equal(p.name, project); })) {
-    return s->Fail(u"There is no project named " + Quoted(project) +
-                   u" for this client.");
-  }
-  return DeleteStatus(
-      *s, DeleteProjectAsked(*s->catalogue, s->prompt(), locale, client.number, project),
-      u"Unable to delete the project.");
+  return Edit(*service, sub, item, *w);
 }
 
-// task and contact: add CLIENT NAME | delete CLIENT NAME | list CLIENT. Tasks
-// also take --project NAME for the tasks of one project.
+// task and contact: add CLIENT NAME | rename CLIENT OLD NEW | delete CLIENT NAME |
+// list CLIENT. Tasks also take --project NAME for the tasks of one project.
 
 int RunItems(CliContext& context, Arguments& args, bool tasks) {
   const std::string sub = Subcommand(args);
-  const char* usage = tasks
-                          ? "task add|delete CLIENT TASK [--project NAME] | list CLIENT "
-                            "[--project NAME]"
-                          : "contact add|delete CLIENT NAME | list CLIENT";
+  const char* usage =
+      tasks ? "task add|delete CLIENT TASK [--project NAME] | rename CLIENT "
+              "OLD NEW [--project NAME] | list CLIENT [--project NAME]"
+            : "contact add|delete CLIENT NAME | rename CLIENT OLD NEW | "
+              "list CLIENT";
   const std::optional<std::string> project_arg =
       tasks ? args.Value("--project") : std::nullopt;
-  const auto w =
-      SubcommandWords(args, sub, usage, {{"add", 2}, {"delete", 2}, {"list", 1}});
+  const auto w = SubcommandWords(args, sub, usage,
+                                 {{"add", 2}, {"rename", 3}, {"delete", 2}, {"list", 1}});
   if (!w) return kExitUsage;
-  auto s = OpenSession(context);
-  if (!s) return kExitFailed;
-  Client client;
-  if (!s->TakeClient((*w)[0], &client)) return kExitFailed;
-  const Locale& locale = *s->locale;
-  RecordStore& store = tasks ? static_cast<RecordStore&>(s->catalogue->tasks)
-                             : static_cast<RecordStore&>(s->catalogue->contacts);
-  const std::u16string what = tasks ? u"task" : u"contact";
-  const std::u16string name = w->size() > 1 ? FromUtf8((*w)[1]) : u"";
-
-  // The names, and for deleting the records, of the client or its project.
-  std::vector<CatalogueItem> items;
-  if (project_arg) {
-    const std::u16string project = FromUtf8(*project_arg);
-    for (ProjectRecord& r : ProjectRecords(s->catalogue->projects, client.number)) {
-      if (!r.task.empty() && locale.Equal(r.project, project)) {
-        items.push_back({r.record_id, r.client, std::move(r.task)});
-      }
-    }
-  } else {
-    items = ItemsOf(store, client.number);
-  }
-  RecordStore& holder = project_arg ? s->catalogue->projects : store;
-
+  CatalogueService* service = context.OpenCatalogueService();
+  if (!service) return kExitFailed;
+  const CatalogueKind kind = !tasks        ? CatalogueKind::kContact
+                             : project_arg ? CatalogueKind::kProjectTask
+                                           : CatalogueKind::kTask;
+  const std::u16string project = project_arg ? FromUtf8(*project_arg) : u"";
+  const std::u16string client_name = FromUtf8((*w)[0]);
   if (sub == "list") {
-    for (const CatalogueItem& item : items) PrintLine(item.name);
+    const std::optional<Client> client = service->TakeClient(client_name);
+    if (!client) return kExitFailed;
+    for (const CatalogueItem& item : service->Items(kind, client->number, project)) {
+      PrintLine(item.name);
+    }
     return kExitDone;
   }
-  if (sub == "add") {
-    if (!CheckNameText(s->prompt(), name,
-                       tasks ? TextField::kTask : TextField::kContact)) {
-      return kExitFailed;
-    }
-    if (project_arg &&
-        !CheckNameText(s->prompt(), FromUtf8(*project_arg), TextField::kProject))
-      return kExitFailed;
-    if (std::any_of(items.begin(), items.end(),
-                    [&](const CatalogueItem& i) { return locale.Equal(i.name, name); })) {
-      return s->Fail(u"This " + what +
-                     (project_arg ? u" already exists in this project."
-                                  : u" already exists for this client."));
-    }
-    const ObjectId id = project_arg
-                            ? AddProject(s->catalogue->projects, locale, client.number,
-                                         FromUtf8(*project_arg), name)
-                            : AddItem(store, locale, client.number, name);
-    if (id == 0) return s->Fail(u"Unable to save the " + what + u".");
-    return kExitDone;
-  }
-  // A task or a contact goes at once, without a question, as in the tree.
-  int deleted = 0;
-  for (const CatalogueItem& item : items) {
-    if (locale.Equal(item.name, name) && DeleteItem(holder, item.record_id)) ++deleted;
-  }
-  if (deleted == 0) {
-    return s->Fail(u"There is no " + what + u" named " + Quoted(name) +
-                   (project_arg ? u" in this project." : u" for this client."));
-  }
-  return kExitDone;
+  return Edit(*service, sub, {kind, client_name, project, FromUtf8((*w)[1])}, *w);
 }
 
 int RunTask(CliContext& context, Arguments& args) {
@@ -334,17 +221,15 @@ int RunRate(CliContext& context, Arguments& args) {
     return UsageError("unknown rate type " + *type_arg +
                       " (0..4, Normal, Overtime, Weekend, Fixed, Discount)");
   }
-  auto s = OpenSession(context);
-  if (!s) return kExitFailed;
-  RateStore& rates = s->catalogue->rates;
-  Client client;
-  if (client_arg && !s->TakeClient(*client_arg, &client)) return kExitFailed;
+  CatalogueService* service = context.OpenCatalogueService();
+  if (!service) return kExitFailed;
+  std::optional<Client> client;
+  if (client_arg && !(client = service->TakeClient(FromUtf8(*client_arg)))) {
+    return kExitFailed;
+  }
 
   if (sub == "list") {
-    const RateTree tree = client_arg
-                              ? ChooserRateTree(rates, s->catalogue->clients, client.name)
-                              : SetupRateTree(rates, s->catalogue->clients);
-    for (const RateGroup& group : tree.groups) {
+    for (const RateGroup& group : service->Rates(client ? &*client : nullptr).groups) {
       PrintLine(group.heading);
       for (const Rate& rate : group.rates) {
         std::u16string line = u"\t";
@@ -361,42 +246,10 @@ int RunRate(CliContext& context, Arguments& args) {
   input.type = type.value_or(-1);
   input.description = description_arg ? FromUtf8(*description_arg) : u"";
   input.value_text = value_arg ? FromUtf8(*value_arg) : u"";
-  input.client = client.number;
-  // The rate that update and delete work on: same type and description.
-  for (const Rate& rate : RatesOf(rates, input.client)) {
-    if (sub != "add" && rate.type == input.type &&
-        s->locale->Equal(rate.description, input.description)) {
-      input.record_id = rate.record_id;
-      break;
-    }
-  }
-  if (sub == "delete") {
-    if (input.type < 0) return s->Fail(LoadString(kIdsSelectRateType));
-    if (input.description.empty()) return s->Fail(LoadString(kIdsEnterRateDescription));
-    if (input.record_id == 0) return s->Fail(u"There is no such rate for this client.");
-    if (!DeleteRate(rates, input.record_id))
-      return s->Fail(u"Unable to delete the rate.");
-    return kExitDone;
-  }
-  const std::u16string message = CheckRate(rates, *s->locale, input);
-  if (!message.empty()) return s->Fail(message);
-  if (HoldsControlCharacter(TextField::kDescription, input.description)) {
-    return s->Fail(ControlCharacterMessage(TextField::kDescription));
-  }
-  if (sub == "update" && input.record_id == 0) {
-    return s->Fail(u"There is no such rate for this client.");
-  }
-  double value = 0;
-  ParseRateText(input.value_text, &value);
-  const auto rate_type = static_cast<std::uint16_t>(input.type);
-  ObjectId written = 0;
-  if (sub == "add") {
-    written = AddRate(rates, rate_type, value, input.client, input.description, flag);
-  } else if (rates.Seek(SeekType::kObjectId, input.record_id) == input.record_id) {
-    written = UpdateRate(rates, rate_type, value, input.client, input.description, flag);
-  }
-  if (written == 0) return s->Fail(u"Unable to save the rate.");
-  return kExitDone;
+  input.client = client ? client->number : 0;
+  if (sub == "delete") return StatusOf(service->DeleteRate(input));
+  if (sub == "add") return StatusOf(service->AddRate(input, flag));
+  return StatusOf(service->UpdateRate(input, flag));
 }
 
 // value add|delete KIND TEXT | list KIND | clear KIND
@@ -414,22 +267,6 @@ std::optional<ValueListKind> ParseValueKind(const std::string& text) {
   return std::nullopt;
 }
 
-TextField ValueField(ValueListKind kind) {
-  switch (kind) {
-    case ValueListKind::kPhase:
-      return TextField::kPhase;
-    case ValueListKind::kCurrency:
-      return TextField::kCurrency;
-    case ValueListKind::kCustom1:
-      return TextField::kCustom1;
-    case ValueListKind::kCustom2:
-      return TextField::kCustom2;
-    case ValueListKind::kCustom3:
-      return TextField::kCustom3;
-  }
-  return TextField::kName;
-}
-
 int RunValue(CliContext& context, Arguments& args) {
   const std::string sub = Subcommand(args);
   const char* usage =
@@ -440,45 +277,18 @@ int RunValue(CliContext& context, Arguments& args) {
   if (!w) return kExitUsage;
   const auto kind = ParseValueKind((*w)[0]);
   if (!kind) return UsageError("unknown list " + (*w)[0]);
-  if (!context.OpenData()) return kExitFailed;
-  AuxStore aux(*context.data.volume);
-  if (!aux.Open()) return context.Fail(u"Unable to load database.");
-  const Locale* locale = context.data.locale.get();
-  auto ask = [&](int question) {
-    return context.prompt->Ask(kAppTitle, LoadString(question), MessageIcon::kWarning,
-                               QuestionButtons::kYesNo, Answer::kNo) != Answer::kNo;
-  };
-
-  std::vector<ValueItem> items = ValueList(aux, *kind);
+  CatalogueService* service = context.OpenCatalogueService();
+  if (!service) return kExitFailed;
   if (sub == "list") {
-    // As the editor's sorted drop-downs show them.
-    std::stable_sort(items.begin(), items.end(),
-                     [&](const ValueItem& a, const ValueItem& b) {
-                       return locale->Compare(a.text, b.text) < 0;
-                     });
-    for (const ValueItem& item : items) PrintLine(item.text);
+    const auto values = service->Values(*kind);
+    if (!values) return kExitFailed;
+    for (const std::u16string& text : *values) PrintLine(text);
     return kExitDone;
   }
-  if (sub == "clear") {
-    if (!ask(kIdsDeleteListQuestion)) return kExitFailed;
-    DeleteValueList(aux, *kind);
-    return kExitDone;
-  }
+  if (sub == "clear") return StatusOf(service->ClearValues(*kind));
   const std::u16string text = FromUtf8((*w)[1]);
-  const bool present = std::any_of(items.begin(), items.end(), [&](const ValueItem& i) {
-    return locale->Equal(i.text, text);
-  });
-  if (sub == "add") {
-    if (!CheckNameText(*context.prompt, text, ValueField(*kind))) return kExitFailed;
-    if (present) return context.Fail(Quoted(text) + u" is already in the list.");
-    if (!AddValue(aux, *locale, *kind, text))
-      return context.Fail(u"Unable to save the item.");
-    return kExitDone;
-  }
-  if (!present) return context.Fail(Quoted(text) + u" is not in the list.");
-  if (!ask(kIdsDeleteItemQuestion)) return kExitFailed;
-  DeleteValue(aux, *locale, *kind, text);
-  return kExitDone;
+  if (sub == "add") return StatusOf(service->AddValue(*kind, text));
+  return StatusOf(service->DeleteValue(*kind, text));
 }
 
 }  // namespace
@@ -492,26 +302,35 @@ const Command kClientCommand = {
     "time entry.",
     RunClient};
 const Command kProjectCommand = {
-    "project", "project add CLIENT PROJECT [TASK] | delete CLIENT PROJECT | list CLIENT",
-    "add, delete or list a client's projects and their tasks",
+    "project",
+    "project add CLIENT PROJECT [TASK] | rename CLIENT OLD NEW | delete CLIENT PROJECT | "
+    "list CLIENT",
+    "add, rename, delete or list a client's projects and their tasks",
     "project list prints each project on a line, then each of its tasks as\n"
-    "PROJECT<TAB>TASK. Deleting a project deletes its tasks too (asks first).",
+    "PROJECT<TAB>TASK. Deleting a project deletes its tasks too (asks first).\n"
+    "Renaming a project renames its tasks' records too; a name the client has\n"
+    "already merges the two.",
     RunProject};
 const Command kTaskCommand = {
-    "task", "task add|delete CLIENT TASK [--project NAME] | list CLIENT [--project NAME]",
-    "add, delete or list a client's tasks (or a project's)",
-    "Without --project the client's own task list; with it the tasks of that project.",
+    "task",
+    "task add|delete CLIENT TASK [--project NAME] | rename CLIENT OLD NEW "
+    "[--project NAME] | list CLIENT [--project NAME]",
+    "add, rename, delete or list a client's tasks (or a project's)",
+    "Without --project the client's own task list; with it the tasks of that project.\n"
+    "A task renamed to a name the list has already merges into it.",
     RunTask};
 const Command kContactCommand = {
-    "contact", "contact add|delete CLIENT NAME | list CLIENT",
-    "add, delete or list a client's bill-to contacts", "", RunContact};
+    "contact", "contact add|delete CLIENT NAME | rename CLIENT OLD NEW | list CLIENT",
+    "add, rename, delete or list a client's bill-to contacts",
+    "A contact renamed to a name the client has already merges into it.", RunContact};
 const Command kRateCommand = {
     "rate",
     "rate add|update|delete (--default | --client NAME) --type TYPE --description TEXT "
     "[--value TEXT] [--flag] | list [--client NAME]",
     "add, change, delete or list the default rates and clients' rates",
     "TYPE is 0..4 or Normal, Overtime, Weekend, Fixed, Discount. A rate is known by\n"
-    "its type and description within its client; update rewrites its value and flag.\n"
+    "its type and description within its client; update rewrites its value and flag;\n"
+    "delete asks first.\n"
     "rate list prints \"(Default Rates)\" and every client as headings with their\n"
     "rates as <TAB>LABEL<TAB>TYPE NAME; with --client NAME the rates that client's\n"
     "entries can choose from.",

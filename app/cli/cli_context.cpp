@@ -10,7 +10,8 @@ bool CliContext::OpenData() {
   if (data.volume) return true;
   std::string error;
   if (!OpenDataContext(data_folder, &data, &error)) {
-    prompt->ShowMessage(kAppTitle, u"Unable to load database.", MessageIcon::kError);
+    prompt->ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase),
+                        MessageIcon::kError);
     std::fprintf(stderr, "quillora: %s\n", error.c_str());
     return false;
   }
@@ -20,8 +21,16 @@ bool CliContext::OpenData() {
 bool CliContext::OpenCatalogue() {
   if (!OpenData()) return false;
   if (quillora::OpenCatalogue(&data)) return true;
-  prompt->ShowMessage(kAppTitle, u"Unable to load database.", MessageIcon::kError);
+  prompt->ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase),
+                      MessageIcon::kError);
   return false;
+}
+
+CatalogueService* CliContext::OpenCatalogueService() {
+  if (catalogue) return catalogue.get();
+  if (!OpenCatalogue()) return nullptr;
+  catalogue = std::make_unique<CatalogueService>(*data.catalogue, *data.locale, *prompt);
+  return catalogue.get();
 }
 
 int CliContext::Fail(const std::u16string& text) {

@@ -9,9 +9,13 @@
 #include "app/cli/arguments.h"
 #include "app/cli/cli_prompt.h"
 #include "platform/clock.h"
+#include "store/catalogue_service.h"
 #include "store/data_context.h"
 
 namespace quillora {
+
+// A text of the command line's own that several commands show.
+inline constexpr char16_t kFilterNotRead[] = u"The filter could not be read.";
 
 // Exit statuses.
 inline constexpr int kExitDone = 0;
@@ -23,12 +27,15 @@ struct CliContext {
   CliPrompt* prompt = nullptr;
   const Clock* clock = nullptr;
   DataContext data;  // open once OpenData has answered true
+  std::unique_ptr<CatalogueService> catalogue;  // set by OpenCatalogueService
 
   // Opens the data folder: volume, registry, settings. On failure shows "Unable to load
   // database." and answers false; nothing in the folder is changed.
   bool OpenData();
   // OpenData, then the five catalogue stores; the same message on failure.
   bool OpenCatalogue();
+  // OpenCatalogue, then the catalogue service over it; null after the message.
+  CatalogueService* OpenCatalogueService();
   const Locale& locale() const { return *data.locale; }
   // Shows a message titled "Quillora" with the error icon and answers 1.
   int Fail(const std::u16string& text);

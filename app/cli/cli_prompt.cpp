@@ -8,6 +8,7 @@
 #include "platform/file.h"
 #include "platform/text.h"
 #include "store/data_context.h"
+#include "store/string_table.h"
 
 namespace quillora {
 namespace {
@@ -91,7 +92,7 @@ std::optional<std::string> CliPrompt::ChooseFileToSave(const FileChooser& choose
   if ((chooser.flags & kFileOverwritePrompt) && stat(file_.c_str(), &st) == 0) {
     const std::u16string question =
         FromUtf8(file_) + u" already exists.\nDo you want to replace it?";
-    if (Ask(u"Quillora", question, MessageIcon::kWarning, QuestionButtons::kYesNo,
+    if (Ask(kAppTitle, question, MessageIcon::kWarning, QuestionButtons::kYesNo,
             Answer::kNo) != Answer::kYes) {
       return std::nullopt;
     }

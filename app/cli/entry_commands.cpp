@@ -7,6 +7,7 @@
 #include "app/cli/entry_lookup.h"
 #include "platform/text.h"
 #include "store/note_text.h"
+#include "store/string_table.h"
 #include "store/time_entry.h"
 #include "timekeeping/duration.h"
 
@@ -67,7 +68,7 @@ int Delete(CliContext& context, Arguments& args) {
   std::unique_ptr<EntryStore> store;
   TimeEntry e;
   if (const int status = TakeEntry(context, args, &store, &e)) return status;
-  if (context.prompt->Ask(u"Quillora", u"Are you sure to permanently delete this item?",
+  if (context.prompt->Ask(kAppTitle, LoadString(kIdsDeleteItemQuestion),
                           MessageIcon::kWarning, QuestionButtons::kYesNo,
                           Answer::kNo) != Answer::kYes) {
     return kExitFailed;

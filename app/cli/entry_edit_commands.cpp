@@ -16,6 +16,7 @@
 #include "store/name_text.h"
 #include "store/note_text.h"
 #include "store/rates.h"
+#include "store/string_table.h"
 #include "store/time_entry.h"
 #include "timekeeping/copy_entry.h"
 #include "timekeeping/entry_editor.h"
@@ -270,7 +271,7 @@ int Add(CliContext& context, Arguments& args) {
   if (fields.end && !fields.start) return UsageError("--end needs a start time");
   if (!context.OpenCatalogue()) return kExitFailed;
   EntryStore store(*context.data.volume);
-  if (!store.Open()) return context.Fail(u"Unable to load database.");
+  if (!store.Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   const TimeEntry entry =
       NewEntry(context.data.settings, fields.date.value_or(context.clock->LocalNow()));
   return EditAndSave(context, store, entry, fields, true);

@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "platform/text.h"
+#include "store/string_table.h"
 
 namespace quillora {
 
@@ -26,7 +27,7 @@ int TakeRecordId(Arguments& args, ObjectId* id) {
 }
 
 int LoadEntryById(CliContext& context, EntryStore& store, ObjectId id, TimeEntry* entry) {
-  if (!store.Open()) return context.Fail(u"Unable to load database.");
+  if (!store.Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   if (store.Seek(SeekType::kObjectId, id) != id || ReadEntry(store, entry) != 0) {
     return context.Fail(u"There is no time entry with record id " +
                         WidenAscii(std::to_string(id)) + u".");

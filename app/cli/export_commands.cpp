@@ -9,6 +9,7 @@
 #include "interchange/export_command.h"
 #include "periods/entry_filter.h"
 #include "platform/file.h"
+#include "store/string_table.h"
 
 namespace quillora {
 namespace {
@@ -27,10 +28,10 @@ int Export(CliContext& context, Arguments& args) {
 
   if (!context.OpenData()) return kExitFailed;
   EntryStore entries(*context.data.volume);
-  if (!entries.Open()) return context.Fail(u"Unable to load database.");
+  if (!entries.Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   EntryFilter filter;
   if (!LoadFilter(*context.data.registry, &filter)) {
-    return context.Fail(u"The filter could not be read.");
+    return context.Fail(kFilterNotRead);
   }
   const PeriodRange range =
       ChosenPeriod(options, context.data.settings, *context.clock)->GetRange();

@@ -109,7 +109,7 @@ int Set(CliContext& context, Arguments& args) {
 
   if (!context.OpenData()) return kExitFailed;
   EntryFilter filter;
-  if (!LoadSaved(context, &filter)) return context.Fail(u"The filter could not be read.");
+  if (!LoadSaved(context, &filter)) return context.Fail(kFilterNotRead);
   for (const auto& [option, text] : texts) {
     std::u16string wide = FromUtf8(text);
     if (wide.size() > kFilterCriterionChars) {
@@ -138,7 +138,7 @@ int RunFilter(CliContext& context, Arguments& args) {
     if (!context.OpenData()) return kExitFailed;
     EntryFilter filter;
     if (!LoadSaved(context, &filter)) {
-      return context.Fail(u"The filter could not be read.");
+      return context.Fail(kFilterNotRead);
     }
     PrintFilter(filter);
     return kExitDone;

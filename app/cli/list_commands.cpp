@@ -52,29 +52,16 @@ std::string CheckListOptions(ListKind kind, const ListArguments& a) {
 // Opens the catalogue and finds the list; false after showing why.
 bool ResolveList(CliContext& context, ListKind kind, const ListArguments& a,
                  CatalogueList* list) {
-  if (!context.OpenCatalogue()) return false;
-  Catalogue& catalogue = *context.data.catalogue;
+  CatalogueService* service = context.OpenCatalogueService();
+  if (!service) return false;
   *list = CatalogueList(kind);
   if (kind == ListKind::kClients) return true;
-  Client client;
-  const std::u16string name = FromUtf8(*a.client);
-  if (!FindClient(catalogue.clients, name, &client)) {
-    context.Fail(u"There is no client named \"" + name + u"\".");
-    return false;
-  }
-  list->client = client.number;
+  const std::optional<Client> client = service->TakeClient(FromUtf8(*a.client));
+  if (!client) return false;
+  list->client = client->number;
   if (a.project) {
     list->project = FromUtf8(*a.project);
-    bool found = false;
-    for (const Project& p :
-         ProjectsOf(catalogue.projects, context.locale(), client.number)) {
-      found = found || context.locale().Equal(p.name, list->project);
-    }
-    if (!found) {
-      context.Fail(u"There is no project named \"" + list->project +
-                   u"\" for this client.");
-      return false;
-    }
+    if (!service->TakeProject(*client, list->project)) return false;
   }
   return true;
 }

@@ -16,11 +16,10 @@
 #include "periods/quick_summary.h"
 #include "platform/file.h"
 #include "platform/text.h"
+#include "store/string_table.h"
 
 namespace quillora {
 namespace {
-
-constexpr char16_t kUnableToLoad[] = u"Unable to load database.";
 
 // What a period command walks: the chosen period, the saved filter and the
 // open entry store.
@@ -35,10 +34,10 @@ int OpenPeriodEntries(CliContext& context, const PeriodOptions& options,
                       PeriodEntries* entries) {
   if (!context.OpenData()) return kExitFailed;
   entries->store = std::make_unique<EntryStore>(*context.data.volume);
-  if (!entries->store->Open()) return context.Fail(kUnableToLoad);
+  if (!entries->store->Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   // The filter as the window loads it at start.
   if (!LoadFilter(*context.data.registry, &entries->filter)) {
-    return context.Fail(u"The filter could not be read.");
+    return context.Fail(kFilterNotRead);
   }
   entries->period = ChosenPeriod(options, context.data.settings, *context.clock);
   return kExitDone;
@@ -47,7 +46,7 @@ int OpenPeriodEntries(CliContext& context, const PeriodOptions& options,
 int Walk(CliContext& context, PeriodEntries& entries, const PeriodEntryVisitor& visit) {
   if (!WalkPeriodEntries(*entries.store, entries.period->GetViewRange(), entries.filter,
                          context.locale(), visit)) {
-    return context.Fail(kUnableToLoad);
+    return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   }
   return kExitDone;
 }

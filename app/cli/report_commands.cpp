@@ -12,10 +12,10 @@
 #include "periods/periods.h"
 #include "platform/file.h"
 #include "platform/text.h"
-#include "reports/html_report.h"
 #include "reports/report_definition.h"
 #include "reports/saved_reports.h"
 #include "store/name_text.h"
+#include "reports/report_request.h"
 #include "store/string_table.h"
 
 namespace quillora {
@@ -41,7 +41,7 @@ int ShowLookupFailure(CliContext& context, SavedReportLookup lookup) {
 int LoadNamed(CliContext& context, const std::u16string& name, CurrentReport* report,
               SavedReportLookup* lookup = nullptr) {
   AuxStore aux(*context.data.volume);
-  if (!OpenSavedReports(aux)) return context.Fail(u"Unable to load database.");
+  if (!OpenSavedReports(aux)) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   const SavedReportLookup found =
       LoadSavedReport(aux, name, &report->definition, &report->record_id);
   if (lookup != nullptr) {
@@ -111,36 +111,26 @@ int RunReport(CliContext& context, Arguments& args) {
   }
   if (const int status = LoadNamed(context, name, &report)) return status;
 
-  FileChooser chooser;
-  chooser.filter = u"HTML Files (*.htm)|*.htm|";
-  chooser.default_extension = u"htm";
-  chooser.flags = kFileOverwritePrompt | kFileHideReadOnly;
-  context.prompt->SetFile(path);
-  const auto chosen = context.prompt->ChooseFileToSave(chooser);
-  if (!chosen) return kExitFailed;
-
   EntryStore entries(*context.data.volume);
-  if (!entries.Open()) return context.Fail(u"Unable to load database.");
-  HtmlReportRequest request;
-  request.definition = report.definition;
-  request.range = ChosenPeriod(options, settings, *context.clock)->GetRange();
-  request.today = DateOnly(context.clock->LocalNow());
-  // The saved entry filter, and the range's days checked again by it.
-  LoadFilter(*context.data.registry, &request.criteria);
-  request.criteria.range_start = DateOnly(request.range.start);
-  request.criteria.range_end = DateOnly(request.range.end);
-  if (!GenerateHtmlReport(entries, FileSystem::Posix(), *chosen, request, settings,
-                          context.locale())) {
-    return context.Fail(LoadString(kIdsReportGenerationFailed));
-  }
-  return kExitDone;
+  if (!entries.Open()) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
+  // The saved entry filter, as the window's view has it.
+  EntryFilter filter;
+  LoadFilter(*context.data.registry, &filter);
+  const HtmlReportRequest request = MakeReportRequest(
+      report.definition, ChosenPeriod(options, settings, *context.clock)->GetRange(),
+      filter, context.clock->LocalNow());
+  context.prompt->SetFile(path);
+  return RunReportCommand(entries, FileSystem::Posix(), *context.prompt, request,
+                          settings, context.locale())
+             ? kExitDone
+             : kExitFailed;
 }
 
 // --- report-def ---
 
 int List(CliContext& context) {
   AuxStore aux(*context.data.volume);
-  if (!OpenSavedReports(aux)) return context.Fail(u"Unable to load database.");
+  if (!OpenSavedReports(aux)) return context.Fail(LoadString(kIdsUnableToLoadDatabase));
   const auto reports = ListSavedReports(aux);
   if (reports.empty()) {
     context.prompt->ShowMessage(kAppTitle, LoadString(kIdsNoSavedReport),

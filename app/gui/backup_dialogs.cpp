@@ -11,8 +11,6 @@
 namespace quillora {
 namespace {
 
-constexpr char16_t kNoDatabase[] = u"Unable to load database.";
-
 // The catalogue the commands need; null (after saying so) when it is closed.
 Catalogue* CatalogueOf(MainWindow* window) {
   Catalogue* catalogue = window->data().catalogue.get();
@@ -20,7 +18,8 @@ Catalogue* CatalogueOf(MainWindow* window) {
     catalogue = window->data().catalogue.get();
   }
   if (catalogue == nullptr) {
-    window->prompt().ShowMessage(kAppTitle, kNoDatabase, MessageIcon::kError);
+    window->prompt().ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase),
+                                 MessageIcon::kError);
   }
   return catalogue;
 }

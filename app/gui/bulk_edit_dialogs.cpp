@@ -97,7 +97,7 @@ void FindReplaceDialog::FillFindList() {
 
 void FindReplaceDialog::accept() {
   if (window_->data().catalogue == nullptr) {
-    window_->prompt().ShowMessage(kAppTitle, u"Unable to load database.",
+    window_->prompt().ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase),
                                   MessageIcon::kError);
     return;
   }

@@ -13,7 +13,6 @@
 #include "app/gui/move_dialog.h"
 #include "app/gui/name_dialog.h"
 #include "app/gui/qt_text.h"
-#include "store/catalogue_edit.h"
 #include "store/string_table.h"
 
 namespace quillora {
@@ -54,6 +53,33 @@ QTreeWidgetItem* NewItem(QTreeWidgetItem* parent, const std::u16string& text, Ki
 bool IsGroup(Kind kind) {
   return kind == Kind::kProjectsGroup || kind == Kind::kTasksGroup ||
          kind == Kind::kContactsGroup;
+}
+
+// The catalogue's kind of the items of a group, or of an item.
+CatalogueKind CatalogueKindOf(Kind kind) {
+  switch (kind) {
+    case Kind::kProjectsGroup:
+    case Kind::kProject:
+      return CatalogueKind::kProject;
+    case Kind::kProjectTask:
+      return CatalogueKind::kProjectTask;
+    case Kind::kTasksGroup:
+    case Kind::kTask:
+      return CatalogueKind::kTask;
+    case Kind::kContactsGroup:
+    case Kind::kContact:
+      return CatalogueKind::kContact;
+    default:
+      return CatalogueKind::kClient;
+  }
+}
+
+// How the catalogue names a tree item: by its client's name and its own.
+CatalogueName NameOf(const QTreeWidgetItem* item) {
+  const QTreeWidgetItem* client = item;
+  while (client->parent()) client = client->parent();
+  return {CatalogueKindOf(KindOf(item)), FromQString(client->text(0)), ProjectOf(item),
+          FromQString(item->text(0))};
 }
 
 // The file chooser of the list export with its choice of format: the
@@ -130,6 +156,7 @@ CatalogueDialog::CatalogueDialog(DataContext& data, UserPrompt& prompt, QWidget*
       catalogue_(*data.catalogue),
       locale_(*data.locale),
       prompt_(prompt),
+      service_(catalogue_, locale_, prompt),
       tree_(new QTreeWidget(this)) {
   setWindowTitle(tr("Clients"));
   auto* layout = new QVBoxLayout(this);
@@ -194,7 +221,7 @@ void CatalogueDialog::Rebuild() {
   const std::u16string groups[] = {LoadString(kIdsProjectsGroup),
                                    LoadString(kIdsTasksGroup),
                                    LoadString(kIdsContactsGroup)};
-  for (const Client& c : ClientList(catalogue_.clients)) {
+  for (const Client& c : service_.Clients()) {
     auto* client = new QTreeWidgetItem(tree_);
     client->setText(0, ToQString(c.name));
     QFont bold = client->font(0);
@@ -204,28 +231,19 @@ void CatalogueDialog::Rebuild() {
     client->setData(0, kClientRole, c.number);
     client->setData(0, kRecordRole, c.record_id);
     QTreeWidgetItem* projects = NewItem(client, groups[0], Kind::kProjectsGroup, c.number);
-    for (const ProjectRecord& r : ProjectRecords(catalogue_.projects, c.number)) {
-      QTreeWidgetItem* project = nullptr;
-      for (int i = 0; i < projects->childCount() && !project; ++i) {
-        if (locale_.Equal(ProjectOf(projects->child(i)), r.project)) {
-          project = projects->child(i);
-        }
-      }
-      if (!project) {
-        project = NewItem(projects, r.project, Kind::kProject, c.number, 0, r.project);
-      }
-      if (r.task.empty()) {
-        project->setData(0, kRecordRole, r.record_id);
-      } else {
-        NewItem(project, r.task, Kind::kProjectTask, c.number, r.record_id, r.project);
+    for (const Project& p : service_.Projects(c.number)) {
+      QTreeWidgetItem* project =
+          NewItem(projects, p.name, Kind::kProject, c.number, 0, p.name);
+      for (const std::u16string& task : p.tasks) {
+        NewItem(project, task, Kind::kProjectTask, c.number, 0, p.name);
       }
     }
     QTreeWidgetItem* tasks = NewItem(client, groups[1], Kind::kTasksGroup, c.number);
-    for (const CatalogueItem& t : ItemsOf(catalogue_.tasks, c.number)) {
+    for (const CatalogueItem& t : service_.Items(CatalogueKind::kTask, c.number)) {
       NewItem(tasks, t.name, Kind::kTask, c.number, t.record_id);
     }
     QTreeWidgetItem* contacts = NewItem(client, groups[2], Kind::kContactsGroup, c.number);
-    for (const CatalogueItem& t : ItemsOf(catalogue_.contacts, c.number)) {
+    for (const CatalogueItem& t : service_.Items(CatalogueKind::kContact, c.number)) {
       NewItem(contacts, t.name, Kind::kContact, c.number, t.record_id);
     }
     if (expanded.contains(client->text(0))) client->setExpanded(true);
@@ -291,46 +309,48 @@ bool CatalogueDialog::AskName(const std::u16string& title, int label,
 void CatalogueDialog::AddItem() {
   const QTreeWidgetItem* item = tree_->currentItem();
   const Kind kind = KindOf(item);
-  const ClientId client = ClientOf(item);
   QStringList select = SelectedPath();
-  std::u16string name;
+  CatalogueName added;
+  int label = kIdsEnterClientName;
+  std::u16string title = kAppTitle;
   switch (kind) {
     case Kind::kNone:
     case Kind::kClient:
-      if (!AskName(LoadString(kIdsNewClient), kIdsEnterClientName, {}, &name)) return;
-      // A name that is a client's already selects that client.
-      AddClient(catalogue_.clients, name);
-      select = {ToQString(name)};
+      title = LoadString(kIdsNewClient);
+      select.clear();
       break;
     case Kind::kProjectsGroup:
-      if (!AskName(kAppTitle, kIdsEnterProjectName, {}, &name)) return;
-      AddProject(catalogue_.projects, locale_, client, name, {});
-      select << ToQString(name);
+      added = NameOf(item);
+      label = kIdsEnterProjectName;
       break;
     case Kind::kProject:
-    case Kind::kProjectTask: {
-      if (!AskName(kAppTitle, kIdsEnterTaskName, {}, &name)) return;
-      AddProject(catalogue_.projects, locale_, client, ProjectOf(item), name);
+    case Kind::kProjectTask:
+      added = NameOf(item);
+      added.kind = CatalogueKind::kProjectTask;
+      label = kIdsEnterTaskName;
       if (kind == Kind::kProjectTask) select.removeLast();
-      select << ToQString(name);
       break;
-    }
     case Kind::kTasksGroup:
     case Kind::kTask:
     case Kind::kContactsGroup:
-    case Kind::kContact: {
-      const bool tasks = kind == Kind::kTasksGroup || kind == Kind::kTask;
-      if (!AskName(kAppTitle, tasks ? kIdsEnterTaskName : kIdsEnterContactName, {}, &name)) {
-        return;
-      }
-      RecordStore& store = tasks ? static_cast<RecordStore&>(catalogue_.tasks)
-                                 : static_cast<RecordStore&>(catalogue_.contacts);
-      ::quillora::AddItem(store, locale_, client, name);
+    case Kind::kContact:
+      added = NameOf(item);
+      label =
+          added.kind == CatalogueKind::kTask ? kIdsEnterTaskName : kIdsEnterContactName;
       if (!IsGroup(kind)) select.removeLast();
-      select << ToQString(name);
       break;
-    }
   }
+  std::u16string name;
+  if (!AskName(title, label, {}, &name)) return;
+  if (added.kind == CatalogueKind::kClient) {
+    added.client = name;
+  } else {
+    added.name = name;
+  }
+  // A name that is there already is refused with its message; the item
+  // that has it is selected all the same.
+  service_.Add(added);
+  select << ToQString(name);
   Rebuild();
   Select(select);
 }
@@ -339,43 +359,14 @@ void CatalogueDialog::RenameItem() {
   const QTreeWidgetItem* item = tree_->currentItem();
   const Kind kind = KindOf(item);
   if (!item || IsGroup(kind)) return;
-  const std::u16string old_name = FromQString(item->text(0));
-  const ClientId client = ClientOf(item);
-  const ObjectId record = RecordOf(item);
   QStringList select = SelectedPath();
-  std::u16string name;
   int label = kIdsEnterTaskName;
   if (kind == Kind::kClient) label = kIdsEnterClientName;
   if (kind == Kind::kProject) label = kIdsEnterProjectName;
   if (kind == Kind::kContact) label = kIdsEnterContactName;
-  if (!AskName(kAppTitle, label, old_name, &name) || name == old_name) return;
-  switch (kind) {
-    case Kind::kClient:
-      if (FindClient(catalogue_.clients, name)) {
-        prompt_.ShowMessage(kAppTitle, FromQString(tr("There is a client of that name already.")),
-                            MessageIcon::kExclamation);
-        return;
-      }
-      if (FindClient(catalogue_.clients, old_name)) RenameClient(catalogue_.clients, name);
-      break;
-    case Kind::kProject:
-      RenameProject(catalogue_.projects, locale_, client, old_name, name);
-      break;
-    case Kind::kProjectTask:
-      RenameProjectTask(catalogue_.projects, locale_,
-                        ProjectRecord{record, client, ProjectOf(item), old_name}, name);
-      break;
-    case Kind::kTask:
-      ::quillora::RenameItem(catalogue_.tasks, locale_,
-                             CatalogueItem{record, client, old_name}, name);
-      break;
-    case Kind::kContact:
-      ::quillora::RenameItem(catalogue_.contacts, locale_,
-                             CatalogueItem{record, client, old_name}, name);
-      break;
-    default:
-      return;
-  }
+  std::u16string name;
+  if (!AskName(kAppTitle, label, FromQString(item->text(0)), &name)) return;
+  if (service_.Rename(NameOf(item), name) != CatalogueResult::kDone) return;
   select.last() = ToQString(name);
   Rebuild();
   Select(select);
@@ -383,43 +374,12 @@ void CatalogueDialog::RenameItem() {
 
 void CatalogueDialog::DeleteItem() {
   const QTreeWidgetItem* item = tree_->currentItem();
-  if (!item) return;
   const Kind kind = KindOf(item);
-  const ClientId client = ClientOf(item);
-  const ObjectId record = RecordOf(item);
-  switch (kind) {
-    case Kind::kNone:
-      return;
-    case Kind::kClient:
-      DeleteClient(catalogue_, prompt_, record);
-      break;
-    case Kind::kProject:
-      DeleteProjectAsked(catalogue_, prompt_, locale_, client, ProjectOf(item));
-      break;
-    case Kind::kProjectsGroup:
-    case Kind::kTasksGroup:
-    case Kind::kContactsGroup: {
-      if (item->childCount() == 0) return;
-      if (prompt_.Ask(kAppTitle, LoadString(kIdsDeleteListQuestion), MessageIcon::kWarning,
-                      QuestionButtons::kYesNo, Answer::kNo) == Answer::kNo) {
-        return;
-      }
-      RecordStore& store =
-          kind == Kind::kProjectsGroup ? static_cast<RecordStore&>(catalogue_.projects)
-          : kind == Kind::kTasksGroup  ? static_cast<RecordStore&>(catalogue_.tasks)
-                                       : static_cast<RecordStore&>(catalogue_.contacts);
-      DeleteByClient(store, client);
-      break;
-    }
-    case Kind::kProjectTask:
-      ::quillora::DeleteItem(catalogue_.projects, record);
-      break;
-    case Kind::kTask:
-      ::quillora::DeleteItem(catalogue_.tasks, record);
-      break;
-    case Kind::kContact:
-      ::quillora::DeleteItem(catalogue_.contacts, record);
-      break;
+  if (kind == Kind::kNone) return;
+  if (IsGroup(kind)) {
+    service_.DeleteList(CatalogueKindOf(kind), ClientOf(item));
+  } else {
+    service_.Delete(NameOf(item));
   }
   Rebuild();
 }
@@ -431,7 +391,7 @@ void CatalogueDialog::MoveItems() {
   const ClientId number = ClientOf(item);
   Client from;
   std::vector<Client> targets;
-  for (Client& c : ClientList(catalogue_.clients)) {
+  for (Client& c : service_.Clients()) {
     if (c.number == number && from.name.empty()) {
       from = c;
     } else {
@@ -439,8 +399,8 @@ void CatalogueDialog::MoveItems() {
     }
   }
   if (targets.empty()) return;
-  const std::vector<Project> projects = ProjectsOf(catalogue_.projects, locale_, number);
-  const std::vector<CatalogueItem> tasks = ItemsOf(catalogue_.tasks, number);
+  const std::vector<Project> projects = service_.Projects(number);
+  const std::vector<CatalogueItem> tasks = service_.Items(CatalogueKind::kTask, number);
   const bool project_selected = kind == Kind::kProject || kind == Kind::kProjectTask;
   MoveDialog dialog(from, targets, projects, tasks,
                     project_selected ? ProjectOf(item) : std::u16string(),
@@ -453,12 +413,7 @@ void CatalogueDialog::MoveItems() {
   if (moved_projects.empty() && moved_tasks.empty()) return;
   {
     WaitCursor wait;
-    catalogue_.volume.BeginBatch();
-    for (const std::u16string& p : moved_projects) {
-      MoveProject(catalogue_.projects, locale_, number, to, p);
-    }
-    for (const CatalogueItem& t : moved_tasks) MoveItem(catalogue_.tasks, locale_, t, to);
-    catalogue_.volume.CommitBatch();
+    service_.Move(number, to, moved_projects, moved_tasks);
   }
   Rebuild();
   // Follow the moved items to their new client.

@@ -15,6 +15,7 @@
 #include "interchange/contacts_import.h"
 #include "interchange/list_files.h"
 #include "platform/user_prompt.h"
+#include "store/catalogue_service.h"
 #include "store/data_context.h"
 
 namespace quillora {
@@ -72,6 +73,7 @@ class CatalogueDialog : public QDialog {
   Catalogue& catalogue_;
   const Locale& locale_;
   UserPrompt& prompt_;
+  CatalogueService service_;
   QTreeWidget* tree_;
   QPushButton* add_;
   QPushButton* rename_;

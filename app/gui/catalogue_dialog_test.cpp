@@ -193,7 +193,7 @@ class CatalogueDialogTest : public QObject {
     QVERIFY(dialog_->Select({"Acme"}));
     ScriptName({"Globex"});
     dialog_->RenameItem();
-    QCOMPARE(Shown().last(), QString("There is a client of that name already."));
+    QCOMPARE(Shown().last(), QString("A client named \"Globex\" already exists."));
     ScriptName({"Acme Corp"});
     dialog_->RenameItem();
     Client renamed;

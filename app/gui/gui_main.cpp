@@ -5,6 +5,7 @@
 
 #include "app/gui/main_window.h"
 #include "app/gui/out_of_memory.h"
+#include "app/gui/qt_text.h"
 #include "app/gui/single_instance.h"
 #include "store/string_table.h"
 
@@ -32,7 +33,8 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
     if (!window->Open()) window.reset();
   }
   if (!window) {
-    QMessageBox::critical(nullptr, "Quillora", "Unable to load database.");
+    QMessageBox::critical(nullptr, ToQString(kAppTitle),
+                          ToQString(LoadString(kIdsUnableToLoadDatabase)));
     return 1;
   }
   QObject::connect(&instance, &SingleInstance::CommandLineReceived, window.get(),

@@ -239,7 +239,7 @@ ObjectId MainWindow::SelectedRecordId() const {
 void MainWindow::DeleteSelectedEntry() {
   const ObjectId id = SelectedRecordId();
   if (id == 0) return;
-  if (prompt_->Ask(kAppTitle, u"Are you sure to permanently delete this item?",
+  if (prompt_->Ask(kAppTitle, LoadString(kIdsDeleteItemQuestion),
                   MessageIcon::kWarning, QuestionButtons::kYesNo,
                   Answer::kNo) != Answer::kYes) {
     return;

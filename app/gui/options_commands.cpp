@@ -5,7 +5,7 @@
 
 #include "periods/period_entries.h"
 #include "platform/file.h"
-#include "store/catalogue.h"
+#include "store/catalogue_service.h"
 #include "store/record_store.h"
 
 namespace quillora {
@@ -38,14 +38,13 @@ void FitToWindow(QDialog* dialog, MainWindow* window, const QSize& most) {
   dialog->resize(window->size().boundedTo(most));
 }
 
-std::vector<std::u16string> CurrencyNames(DataContext& data) {
-  std::vector<std::u16string> names;
-  AuxStore aux(*data.volume);
-  if (!aux.Open()) return names;
-  for (const ValueItem& item : ValueList(aux, ValueListKind::kCurrency)) {
-    names.push_back(item.text);
-  }
-  return names;
+// The currency list as the editor's drop-down shows it.
+std::vector<std::u16string> CurrencyNames(MainWindow* window) {
+  DataContext& data = window->data();
+  if (!data.catalogue) return {};
+  CatalogueService catalogue(*data.catalogue, *data.locale, window->prompt());
+  return catalogue.Values(ValueListKind::kCurrency)
+      .value_or(std::vector<std::u16string>{});
 }
 
 void RunOptions(MainWindow* window) {
@@ -79,7 +78,7 @@ QFont ListFont(const QFont& base, const Settings& settings) {
 
 std::unique_ptr<OptionsDialog> MakeOptionsDialog(MainWindow* window) {
   auto dialog = std::make_unique<OptionsDialog>(window->data().settings,
-                                                CurrencyNames(window->data()), window);
+                                                CurrencyNames(window), window);
   FitToWindow(dialog.get(), window, QSize(500, 460));
   return dialog;
 }

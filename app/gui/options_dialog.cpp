@@ -174,13 +174,7 @@ QWidget* OptionsDialog::BuildDefaultsPage(const std::vector<std::u16string>& cur
   currency_->setEditable(true);
   currency_->setInsertPolicy(QComboBox::NoInsert);
   currency_->lineEdit()->setMaxLength(static_cast<int>(kDefaultCurrencyChars) - 1);
-  for (const std::u16string& name : currencies) {
-    if (!name.empty() && currency_->findText(ToQString(name), Qt::MatchFixedString |
-                                                          Qt::MatchCaseSensitive) < 0) {
-      currency_->addItem(ToQString(name));
-    }
-  }
-  currency_->model()->sort(0);
+  for (const std::u16string& name : currencies) currency_->addItem(ToQString(name));
   currency_->setEditText(ToQString(settings_.default_currency));
   form->addRow(tr("Currency:"), currency_);
   inside->addWidget(currency_row);

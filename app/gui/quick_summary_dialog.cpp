@@ -19,7 +19,8 @@ constexpr int kCellPadding = 8;
 constexpr int kMostSmaller = 3;
 
 bool IsHeading(const QuickSummaryRow& row) {
-  return row[0] == u"Total:" && row[1].empty() && row[2].empty();
+  return row[0] == LoadString(kIdsSummaryTotal) + u":" && row[1].empty() &&
+         row[2].empty();
 }
 
 }  // namespace

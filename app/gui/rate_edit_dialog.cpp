@@ -6,17 +6,14 @@
 
 #include "app/gui/qt_text.h"
 #include "app/gui/rate_icons.h"
-#include "store/string_table.h"
 #include "timekeeping/duration.h"
 
 namespace quillora {
 
-RateEditDialog::RateEditDialog(RateStore& rates, const Locale& locale, UserPrompt& prompt,
-                               const Rate& rate, QWidget* parent)
+RateEditDialog::RateEditDialog(CatalogueService& catalogue, const Rate& rate,
+                               QWidget* parent)
     : QDialog(parent),
-      rates_(rates),
-      locale_(locale),
-      prompt_(prompt),
+      catalogue_(catalogue),
       rate_(rate),
       type_(new QComboBox(this)),
       description_(new QLineEdit(this)),
@@ -58,9 +55,11 @@ void RateEditDialog::accept() {
   input.value_text = FromQString(value_->text());
   input.client = rate_.client;
   input.record_id = rate_.record_id;
-  const std::u16string refusal = CheckRate(rates_, locale_, input);
-  if (!refusal.empty()) {
-    prompt_.ShowMessage(kAppTitle, refusal, MessageIcon::kExclamation);
+  // A new rate has no flag; an edited one keeps the flag it has.
+  const CatalogueResult result =
+      rate_.record_id == 0 ? catalogue_.AddRate(input, false, &saved_)
+                           : catalogue_.UpdateRate(input, std::nullopt, &saved_);
+  if (result == CatalogueResult::kRefused) {
     if (input.type < 0) {
       type_->setFocus();
     } else if (input.description.empty()) {
@@ -70,14 +69,6 @@ void RateEditDialog::accept() {
       value_->selectAll();
     }
     return;
-  }
-  double value = 0;
-  ParseRateText(input.value_text, &value);
-  const auto type = static_cast<std::uint16_t>(input.type);
-  if (rate_.record_id == 0) {
-    saved_ = AddRate(rates_, type, value, rate_.client, input.description, false);
-  } else if (rates_.Seek(SeekType::kObjectId, rate_.record_id) == rate_.record_id) {
-    saved_ = UpdateRate(rates_, type, value, rate_.client, input.description, rate_.flag);
   }
   QDialog::accept();
 }

@@ -9,9 +9,7 @@
 #include <QDialog>
 #include <QLineEdit>
 
-#include "platform/locale.h"
-#include "platform/user_prompt.h"
-#include "store/rates.h"
+#include "store/catalogue_service.h"
 
 namespace quillora {
 
@@ -21,8 +19,8 @@ class RateEditDialog : public QDialog {
  public:
   // `rate` with record id 0 is a new rate of `rate.client` (no type chosen,
   // empty fields); otherwise the rate to edit.
-  RateEditDialog(RateStore& rates, const Locale& locale, UserPrompt& prompt,
-                 const Rate& rate, QWidget* parent = nullptr);
+  RateEditDialog(CatalogueService& catalogue, const Rate& rate,
+                 QWidget* parent = nullptr);
 
   QComboBox* type() const { return type_; }
   QLineEdit* description() const { return description_; }
@@ -33,9 +31,7 @@ class RateEditDialog : public QDialog {
   void accept() override;
 
  private:
-  RateStore& rates_;
-  const Locale& locale_;
-  UserPrompt& prompt_;
+  CatalogueService& catalogue_;
   Rate rate_;
   QComboBox* type_;
   QLineEdit* description_;

@@ -10,7 +10,6 @@
 #include "app/gui/qt_text.h"
 #include "app/gui/rate_edit_dialog.h"
 #include "app/gui/rate_icons.h"
-#include "store/string_table.h"
 
 namespace quillora {
 namespace {
@@ -22,9 +21,8 @@ constexpr int kRecordRole = Qt::UserRole + 1;
 
 RateSetupDialog::RateSetupDialog(DataContext& data, UserPrompt& prompt, QWidget* parent)
     : QDialog(parent),
-      data_(data),
       rates_(data.catalogue->rates),
-      prompt_(prompt),
+      catalogue_(*data.catalogue, *data.locale, prompt),
       tree_(new QTreeWidget(this)) {
   setWindowTitle(tr("Rate Setup"));
   auto* layout = new QVBoxLayout(this);
@@ -85,7 +83,7 @@ void RateSetupDialog::Rebuild() {
     }
   }
   tree_->clear();
-  const RateTree rate_tree = SetupRateTree(rates_, data_.catalogue->clients);
+  const RateTree rate_tree = catalogue_.Rates();
   for (const RateGroup& group : rate_tree.groups) {
     auto* heading = new QTreeWidgetItem(tree_);
     heading->setText(0, ToQString(group.heading));
@@ -139,7 +137,7 @@ void RateSetupDialog::NewRate() {
   if (!item) return;
   Rate rate;
   rate.client = item->data(0, kClientRole).toUInt();
-  RateEditDialog dialog(rates_, *data_.locale, prompt_, rate, this);
+  RateEditDialog dialog(catalogue_, rate, this);
   if (Run(dialog) != QDialog::Accepted) return;
   Rebuild();
   Rate saved;
@@ -157,7 +155,7 @@ void RateSetupDialog::EditRate() {
   Rate rate;
   if (rates_.Seek(SeekType::kObjectId, id) != id || ReadRate(rates_, &rate) != 0) return;
   rate.record_id = id;
-  RateEditDialog dialog(rates_, *data_.locale, prompt_, rate, this);
+  RateEditDialog dialog(catalogue_, rate, this);
   if (Run(dialog) != QDialog::Accepted) return;
   Rebuild();
   Rate saved;
@@ -169,12 +167,11 @@ void RateSetupDialog::EditRate() {
 void RateSetupDialog::DeleteRate() {
   const QTreeWidgetItem* item = tree_->currentItem();
   if (!item || !item->parent()) return;
-  if (prompt_.Ask(kAppTitle, LoadString(kIdsDeleteItemQuestion), MessageIcon::kWarning,
-                  QuestionButtons::kYesNo, Answer::kNo) == Answer::kNo) {
-    return;
-  }
-  const ClientId client = item->data(0, kClientRole).toUInt();
-  ::quillora::DeleteRate(rates_, item->data(0, kRecordRole).toUInt());
+  RateInput input;
+  input.client = item->data(0, kClientRole).toUInt();
+  input.record_id = item->data(0, kRecordRole).toUInt();
+  if (catalogue_.DeleteRate(input) != CatalogueResult::kDone) return;
+  const ClientId client = input.client;
   Rebuild();
   Select(client);
 }

@@ -11,8 +11,8 @@
 #include <functional>
 
 #include "platform/user_prompt.h"
+#include "store/catalogue_service.h"
 #include "store/data_context.h"
-#include "store/rates.h"
 
 namespace quillora {
 
@@ -47,9 +47,8 @@ class RateSetupDialog : public QDialog {
   int Run(QDialog& dialog);
   void UpdateCommands();
 
-  DataContext& data_;
   RateStore& rates_;
-  UserPrompt& prompt_;
+  CatalogueService catalogue_;
   QTreeWidget* tree_;
   QPushButton* new_;
   QPushButton* edit_;

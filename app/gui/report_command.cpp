@@ -7,38 +7,19 @@
 #include "app/gui/main_window.h"
 #include "app/gui/report_dialogs.h"
 #include "platform/file.h"
-#include "reports/html_report.h"
 #include "store/string_table.h"
 
 namespace quillora {
 
-FileChooser ReportFileChooser() {
-  FileChooser chooser;
-  chooser.filter = u"HTML Files (*.htm)|*.htm|";
-  chooser.default_extension = u"htm";
-  chooser.flags = kFileOverwritePrompt | kFileHideReadOnly;
-  return chooser;
-}
-
 bool GenerateReportFromWindow(MainWindow* window, const ReportDefinition& definition,
                               const PeriodRange& range) {
   WaitingPrompt prompt(window->prompt());
-  const auto path = prompt.ChooseFileToSave(ReportFileChooser());
+  const HtmlReportRequest request =
+      MakeReportRequest(definition, range, window->filter(), window->clock().LocalNow());
+  const std::optional<std::string> path =
+      RunReportCommand(window->entries(), FileSystem::Posix(), prompt, request,
+                       window->data().settings, *window->data().locale);
   if (!path) return false;
-  HtmlReportRequest request;
-  request.definition = definition;
-  request.range = range;
-  request.today = DateOnly(window->clock().LocalNow());
-  // The view's filter, with the report's days checked again by it.
-  request.criteria = window->filter();
-  request.criteria.range_start = DateOnly(range.start);
-  request.criteria.range_end = DateOnly(range.end);
-  if (!GenerateHtmlReport(window->entries(), FileSystem::Posix(), *path, request,
-                          window->data().settings, *window->data().locale)) {
-    prompt.ShowMessage(kAppTitle, LoadString(kIdsReportGenerationFailed),
-                       MessageIcon::kError);
-    return false;
-  }
   OpenUrl(QUrl::fromLocalFile(QString::fromStdString(*path)));
   return true;
 }

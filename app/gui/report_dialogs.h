@@ -18,14 +18,12 @@
 #include <string>
 
 #include "periods/periods.h"
+#include "reports/report_request.h"
 #include "reports/saved_reports.h"
 
 namespace quillora {
 
 class MainWindow;
-
-// The file chooser of report output.
-FileChooser ReportFileChooser();
 
 // Writes the report of `definition` over `range` (the view's filter with
 // its range set to those days) to a file chosen through the window's prompt,

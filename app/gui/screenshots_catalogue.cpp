@@ -104,7 +104,8 @@ void ShootCatalogueDialogs(DataContext& data, const QString& out) {
   ShootBoth(&rates, out, "rate-setup", QSize(420, 480));
 
   Rate rate = RatesOf(data.catalogue->rates, 0).front();
-  RateEditDialog edit(data.catalogue->rates, *data.locale, prompt, rate);
+  CatalogueService catalogue(*data.catalogue, *data.locale, prompt);
+  RateEditDialog edit(catalogue, rate);
   ShootBoth(&edit, out, "rate-edit", QSize(360, 220));
 }
 
