@@ -1,6 +1,5 @@
 #include "store/catalogue_service.h"
 
-
 #include <algorithm>
 
 #include "store/catalogue_edit.h"
