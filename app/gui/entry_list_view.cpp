@@ -30,7 +30,8 @@ int EntryListModel::RowOf(ObjectId record_id) const {
 
 EntryListItem EntryListModel::ItemAt(int row) const {
   EntryListItem item = BuildEntryListItem(EntryAt(row), settings_, locale_);
-  if (settings_.list_style == 1 && item.lines.size() > 2) item.lines.resize(2);
+  if (settings_.list_style == kListStyleCompact && item.lines.size() > 2)
+    item.lines.resize(2);
   return item;
 }
 

@@ -17,6 +17,13 @@
 
 namespace quillora {
 
+// "ListStyle": how the window lists a period's entries. 0 (and any value
+// without a meaning) the timesheet table, 1 the compact item list (the date
+// and time line and the task), 2 the item list with every line.
+inline constexpr std::uint32_t kListStyleTable = 0;
+inline constexpr std::uint32_t kListStyleCompact = 1;
+inline constexpr std::uint32_t kListStyleItems = 2;
+
 class EntryListModel : public QAbstractListModel {
   Q_OBJECT
 

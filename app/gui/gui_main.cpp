@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QScreen>
 
 #include "app/gui/backup_dialogs.h"
 #include "app/gui/main_window.h"
@@ -32,6 +33,9 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
   if (OpenDataContext(data_folder, &data, &error)) {
     window = std::make_unique<MainWindow>(data, clock);
     WireWindowCommands(window.get());
+    // The work area: the screen less the desktop's panels and menu bar.
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    window->RestoreLayout(screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768));
     if (!window->Open()) window.reset();
   }
   if (!window) {

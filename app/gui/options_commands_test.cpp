@@ -12,25 +12,16 @@
 #include <QtTest>
 #include <functional>
 
-#include "app/gui/window_commands.h"
+#include "app/gui/window_test_fixture.h"
 #include "platform/file.h"
 #include "store/catalogue.h"
 #include "store/client_store.h"
-#include "tests/fake_prompt.h"
-#include "tests/temp_dir.h"
 
 namespace quillora {
 namespace {
 
-FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
-  FileTime ft = 0;
-  SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft);
-  return ft;
-}
-
-QString Q(const std::u16string& text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
+using testing::At;
+using testing::Q;
 
 // Runs `act` on the modal dialog of type D that the next command opens; a
 // dialog of another type is closed so that the test cannot hang, and fails.
@@ -54,25 +45,17 @@ class OptionsCommandsTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<testing::TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  testing::FakePrompt prompt_;
+  testing::WindowFixture f_;
+  DataContext* data_ = nullptr;
+  MainWindow* window_ = nullptr;
+  testing::FakePrompt& prompt_ = f_.prompt();
 
   void Add(FileTime start, const char16_t* client, const char16_t* project,
            std::uint32_t duration, bool billable, bool paid) {
-    EntryStore store(*data_->volume);
-    store.Open();
-    TimeEntry e;
-    e.start = start;
-    e.client = client;
+    TimeEntry e = testing::Entry(start, client, u"", duration, billable, paid);
     e.project = project;
-    e.duration = duration;
     e.rate = 1000;
-    e.billable = billable;
-    e.paid = paid;
-    AddEntry(store, e);
+    f_.Add(e);
   }
 
   QStringList ShownFirstLines() const {
@@ -94,31 +77,23 @@ class OptionsCommandsTest : public QObject {
 
  private slots:
   void init() {
-    dir_ = std::make_unique<testing::TempDir>();
-    data_ = std::make_unique<DataContext>();
-    std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
     // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 21, 10, 0, 0));
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    data_ = &f_.data();
+    data_->settings.list_style = kListStyleItems;  // the options shape the items
     Add(At(2026, 11, 15), u"Acme", u"Website", 150, true, true);
     Add(At(2026, 11, 18, 9, 0, 1), u"Globex", u"website", 50, true, false);
     Add(At(2026, 11, 19), u"Acme", u"", 100, false, false);
     Add(At(2026, 11, 22), u"Acme", u"Website", 300, true, false);  // next week
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    WireWindowCommands(window_.get());
-    window_->SetPrompt(&prompt_);
-    QVERIFY(window_->Open());
+    QVERIFY(f_.OpenWindow());
+    window_ = &f_.window();
     prompt_ = testing::FakePrompt();
   }
 
-  void cleanup() {
-    window_.reset();
-    data_.reset();
-    dir_.reset();
-  }
+  void cleanup() { f_.Close(); }
 
   void OptionsPagesShowTheirLabelsAndLists() {
-    std::unique_ptr<OptionsDialog> dialog = MakeOptionsDialog(window_.get());
+    std::unique_ptr<OptionsDialog> dialog = MakeOptionsDialog(window_);
     QStringList tabs;
     for (int i = 0; i < dialog->pages()->count(); ++i) tabs << dialog->pages()->tabText(i);
     QCOMPARE(tabs, QStringList({"General", "Defaults", "Display Elements", "Custom Fields",
@@ -303,7 +278,7 @@ class OptionsCommandsTest : public QObject {
   }
 
   void QuickSummaryTotalsTheView() {
-    std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_.get());
+    std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_);
     QCOMPARE(dialog->windowTitle(), QString("Quillora"));
     QTableWidget* table = dialog->table();
     QVERIFY(table->showGrid());
@@ -353,9 +328,9 @@ class OptionsCommandsTest : public QObject {
   }
 
   void QuickSummarySavesItsRowsAsCsv() {
-    std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_.get());
+    std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_);
     QCOMPARE(dialog->save_button()->property("command").toInt(), kCommandExportSummaryCsv);
-    const std::string path = dir_->File("summary.csv");
+    const std::string path = f_.File("summary.csv");
     prompt_.files.push_back(path);
     dialog->save_button()->click();
     QCOMPARE(prompt_.choosers.size(), std::size_t{1});

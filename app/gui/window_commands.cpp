@@ -1,6 +1,8 @@
 #include "app/gui/window_commands.h"
 
 #include <QAction>
+#include <QMenu>
+#include <QMenuBar>
 #include <functional>
 
 #include "app/gui/backup_dialogs.h"
@@ -12,6 +14,7 @@
 #include "app/gui/main_window.h"
 #include "app/gui/options_commands.h"
 #include "app/gui/report_dialogs.h"
+#include "app/gui/shortcuts_dialog.h"
 #include "store/settings.h"
 
 namespace quillora {
@@ -51,8 +54,12 @@ EntryCommands* WireWindowCommands(MainWindow* w) {
       {a.previous_period, [w] { w->PreviousPeriod(); }},
       {a.next_period, [w] { w->NextPeriod(); }},
       {a.today, [w] { w->GotoToday(); }},
+      {a.table_view, [w] { w->SetListStyle(kListStyleTable); }},
+      {a.item_list, [w] { w->SetListStyle(kListStyleItems); }},
+      {a.compact_list, [w] { w->SetListStyle(kListStyleCompact); }},
       {a.summary, [w] { RunSummary(w); }},
       {a.filters, [w] { RunFilters(w); }},
+      {a.clear_filter, [w] { w->ClearFilter(); }},
       // Tools
       {a.timers, [entry] { entry->OpenTimers(); }},
       {a.clients, [w] { OpenClients(w); }},
@@ -61,6 +68,15 @@ EntryCommands* WireWindowCommands(MainWindow* w) {
       {a.options, [w] { RunOptions(w); }},
       // Help
       {a.help, [] { OpenHelp(QString()); }},
+      {a.shortcuts,
+       [w] {
+         QList<QAction*> listed;
+         for (QAction* menu : w->menuBar()->actions()) {
+           if (menu->menu()) listed += menu->menu()->actions();
+         }
+         ShortcutsDialog dialog(listed, w);
+         dialog.exec();
+       }},
   };
   for (const auto& [action, run] : commands) {
     QObject::connect(action, &QAction::triggered, w, run);
