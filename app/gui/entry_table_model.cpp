@@ -126,6 +126,12 @@ int EntryTableModel::rowCount(const QModelIndex& parent) const {
 
 int EntryTableModel::columnCount(const QModelIndex&) const { return kTableColumns; }
 
+Qt::ItemFlags EntryTableModel::flags(const QModelIndex& index) const {
+  Qt::ItemFlags flags = QAbstractItemModel::flags(index);
+  if (Position(index) >= 0) flags |= Qt::ItemNeverHasChildren;
+  return flags;
+}
+
 QVariant EntryTableModel::headerData(int section, Qt::Orientation orientation,
                                      int role) const {
   if (orientation != Qt::Horizontal) return {};

@@ -67,6 +67,10 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   projects_->setUniformRowHeights(true);
   projects_->setSelectionMode(QAbstractItemView::NoSelection);
   projects_->setFocusPolicy(Qt::NoFocus);
+  projects_->header()->setStretchLastSection(false);
+  projects_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  projects_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+  projects_->header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
   projects_->headerItem()->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
   projects_->headerItem()->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
   totals_layout->addWidget(totals_label_);
@@ -137,14 +141,15 @@ void MainWindow::BuildTable() {
   header->setSectionsMovable(true);
   header->setSectionsClickable(true);
   header->setSortIndicatorShown(true);
-  header->setStretchLastSection(false);
+  // The last column takes the width left over; its own width is not kept.
+  header->setStretchLastSection(true);
   header->setFirstSectionMovable(true);
   header->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(header, &QHeaderView::customContextMenuRequested, this,
           &MainWindow::ShowTableMenu);
   connect(header, &QHeaderView::sectionClicked, this, &MainWindow::SortByColumn);
   connect(header, &QHeaderView::sectionResized, this, [this](int column, int, int size) {
-    if (applying_columns_) return;
+    if (applying_columns_ || IsLastShownColumn(column)) return;
     // A width the user gave is kept; a column dragged to nothing is hidden.
     layout_.widths[static_cast<std::size_t>(column)] = size > 0 ? size : kColumnHidden;
     ScheduleLayoutSave();
@@ -387,6 +392,15 @@ void MainWindow::ApplyColumns() {
 
 void MainWindow::ScheduleLayoutSave() { layout_save_.start(); }
 
+bool MainWindow::IsLastShownColumn(int column) const {
+  const QHeaderView* header = table_->header();
+  for (int v = header->count() - 1; v >= 0; --v) {
+    const int logical = header->logicalIndex(v);
+    if (!header->isSectionHidden(logical)) return logical == column;
+  }
+  return false;
+}
+
 void MainWindow::RestoreLayout(const QRect& work_area) {
   layout_ = LoadWindowLayout(*data_.registry);
   QRect place = work_area;
@@ -404,7 +418,7 @@ void MainWindow::RestoreLayout(const QRect& work_area) {
         {std::max(total - layout_.totals_height, 1), layout_.totals_height});
   } else {
     // The totals line and a few projects.
-    const int pane = totals_label_->sizeHint().height() * 6;
+    const int pane = totals_label_->sizeHint().height() * 8;
     splitter_->setSizes({std::max(place.height() - pane, 1), pane});
   }
   ApplyColumns();

@@ -171,6 +171,7 @@ class MainWindow : public QMainWindow {
   void ShowTotals(const QuickSummarySums& sums);
   void ShowSortIndicator();
   bool TableShown() const;
+  bool IsLastShownColumn(int column) const;
   void ShowPeriod(std::unique_ptr<Period> period);
   void OpenCaptionPicker();
   void ScheduleReload();
