@@ -108,6 +108,8 @@ class WindowBench : public QObject {
 
  private:
   void NextPeriod(std::uint32_t view) {
+    // From January 2020, so that every move lands on a period of entries.
+    clock_->Set(MakeSystemTime(2020, 1, 15, 10, 0, 0));
     data_->settings.view = view;
     MainWindow window(*data_, *clock_);
     WireWindowCommands(&window);
@@ -120,6 +122,7 @@ class WindowBench : public QObject {
       window.grab();
     }
     QVERIFY(window.table_model()->EntryCount() > 0);
+    clock_->Set(MakeSystemTime(2025, 6, 18, 10, 0, 0));
   }
 };
 
