@@ -14,14 +14,9 @@
 #include "store/time_entry.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
+#include "tests/test_time.h"
 
 namespace quillora::testing {
-
-inline FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
-  FileTime ft = 0;
-  SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft);
-  return ft;
-}
 
 inline QString Q(std::u16string_view text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
