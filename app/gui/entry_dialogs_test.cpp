@@ -2,6 +2,7 @@
 // timer to an entry in the week view, the editor's refusals, notes with a
 // drawing, and the timers' buttons.
 #include <QApplication>
+#include <QCalendarWidget>
 #include <QFile>
 #include <QtTest>
 
@@ -311,6 +312,34 @@ class EntryDialogsTest : public QObject {
 
   // A double click edits the item in place; a single tap does only with the
   // item tap option.
+  // The date is one tab stop in the list's date format, its calendar's weeks
+  // begin on the chosen day, and Tab runs date, client, project, phase, task,
+  // duration, start.
+  void EditorDateFieldAndTabOrder() {
+    for (const bool monday : {false, true}) {
+      data_->settings.option_bits = monday ? data_->settings.option_bits | kOptionWeekStartsMonday
+                                           : data_->settings.option_bits & ~kOptionWeekStartsMonday;
+      EntryEditorDialog dialog(Services(), NewEntry(data_->settings, clock_->LocalNow()),
+                               window_->entries());
+      QCOMPARE(dialog.date_edit()->calendarWidget()->firstDayOfWeek(),
+               monday ? Qt::Monday : Qt::Sunday);
+      QCOMPARE(dialog.date_edit()->displayFormat(), QString("M/d/yyyy"));
+      if (!monday) continue;
+      dialog.show();
+      dialog.activateWindow();
+      QVERIFY(QTest::qWaitForWindowActive(&dialog));
+      dialog.date_edit()->setFocus();
+      const QWidget* order[] = {dialog.client_box(), dialog.project_box(), dialog.phase_box(),
+                                dialog.task_box(),   dialog.duration_box(), dialog.start_check()};
+      for (const QWidget* expected : order) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        const QWidget* focus = QApplication::focusWidget();
+        QVERIFY2(focus == expected || expected->isAncestorOf(focus),
+                 expected->metaObject()->className());
+      }
+    }
+  }
+
   void OpeningAnItem() {
     TimeEntry entry = NewEntry(data_->settings, MakeSystemTime(2026, 11, 17));
     entry.client = u"Acme";

@@ -24,7 +24,8 @@ using namespace quillora;
 
 void AddSample(EntryStore& store, int day, int hour, int minutes, const char16_t* client,
                const char16_t* project, const char16_t* phase, const char16_t* task,
-               std::uint32_t duration, bool billable, bool paid, const char16_t* note = nullptr) {
+               std::uint32_t duration, bool billable, bool paid,
+               const char16_t* note = nullptr) {
   TimeEntry e;
   SystemTimeToFileTime(MakeSystemTime(2026, 11, day, hour, minutes, hour ? 1 : 0), &e.start);
   e.client = client;
@@ -67,19 +68,21 @@ QPalette DarkPalette() {
 
 // The rest of a working week, for the desktop pictures of the table.
 void AddWeek(EntryStore& store) {
-  AddSample(store, 16, 13, 0, u"Acme Corp", u"Website", u"Build", u"Header and navigation",
-            325, true, false, u"Responsive menu done.\nSticky header next.");
-  AddSample(store, 16, 16, 30, u"Globex", u"Support", u"", u"Ticket triage", 100, true, true);
+  AddSample(store, 16, 13, 0, u"Acme Corp", u"Website", u"Build",
+            u"Header and navigation", 325, true, false,
+            u"Responsive menu done.\nSticky header next.");
+  AddSample(store, 16, 16, 30, u"Globex", u"Support", u"", u"Ticket triage", 100, true,
+            true);
   AddSample(store, 17, 9, 0, u"Globex", u"Billing system", u"Analysis",
             u"Requirements workshop", 300, true, false, u"Agreed the invoice numbering.");
   AddSample(store, 17, 15, 30, u"Initech", u"Reporting", u"", u"Dashboard prototype", 200,
             true, false);
   AddSample(store, 18, 10, 0, u"Acme Corp", u"Website", u"Build", u"Contact form", 275,
             true, false);
-  AddSample(store, 18, 14, 0, u"Initech", u"Reporting", u"", u"Weekly status call", 50, false,
-            false, u"Status call; no charge as agreed.");
-  AddSample(store, 19, 14, 0, u"Globex", u"Billing system", u"Build", u"Invoice export", 250,
-            true, false);
+  AddSample(store, 18, 14, 0, u"Initech", u"Reporting", u"", u"Weekly status call", 50,
+            false, false, u"Status call; no charge as agreed.");
+  AddSample(store, 19, 14, 0, u"Globex", u"Billing system", u"Build", u"Invoice export",
+            250, true, false);
   AddSample(store, 20, 9, 0, u"Acme Corp", u"Website", u"Test", u"Browser testing", 300,
             true, false);
 }
@@ -140,15 +143,15 @@ int main(int argc, char** argv) {
   const struct {
     QSize size;
     const char* name;
-  } desktops[] = {{QSize(1920, 1080), "main-window"}, {QSize(1366, 768), "main-window-1366"}};
+  } desktops[] = {{QSize(1920, 1080), "main-window"},
+                  {QSize(1366, 768), "main-window-1366"}};
   for (const bool dark : {false, true}) {
     if (dark) {
       QApplication::setStyle("Fusion");
       QApplication::setPalette(DarkPalette());
     }
     for (const auto& d : desktops) {
-      Shoot(&window, d.size,
-            out + "/" + d.name + (dark ? "-dark" : "") + ".png");
+      Shoot(&window, d.size, out + "/" + d.name + (dark ? "-dark" : "") + ".png");
     }
   }
   // A filter named above the table.
