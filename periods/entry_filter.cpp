@@ -80,12 +80,9 @@ void SetFilterFlags(std::uint32_t flags, EntryFilter* filter) {
   filter->show_non_billable = (flags & kFilterShowNonBillable) != 0;
 }
 
-bool LoadFilter(Registry& registry, EntryFilter* filter) {
-  RegistryKey key;
-  if (registry.CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return false;
-  }
+namespace {
+
+void ReadFilterValues(Registry& registry, const RegistryKey& key, EntryFilter* filter) {
   std::uint32_t flags = kFilterDefaultFlags;
   ReadDword(registry, key, u"fFlags", &flags);
   SetFilterFlags(flags, filter);
@@ -95,6 +92,27 @@ bool LoadFilter(Registry& registry, EntryFilter* filter) {
   for (const SavedCriterion& c : kSavedCriteria) {
     ReadString(registry, key, c.name, 0, &(filter->*c.field));
   }
+}
+
+}  // namespace
+
+bool LoadFilter(Registry& registry, EntryFilter* filter) {
+  RegistryKey key;
+  if (registry.CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
+      kErrorSuccess) {
+    return false;
+  }
+  ReadFilterValues(registry, key, filter);
+  return true;
+}
+
+bool ReadSavedFilter(Registry& registry, EntryFilter* filter) {
+  RegistryKey key;
+  if (registry.OpenKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
+      kErrorSuccess) {
+    return false;
+  }
+  ReadFilterValues(registry, key, filter);
   return true;
 }
 

@@ -74,6 +74,10 @@ void SetFilterFlags(std::uint32_t flags, EntryFilter* filter);
 // was, so call this on a reset filter. The range and the custom criteria are
 // not read. False, with nothing read, when the key cannot be opened.
 bool LoadFilter(Registry& registry, EntryFilter* filter);
+// The same without creating the key: false, with nothing read, when it does
+// not exist. For readers that look again and again (the window watching for
+// a filter saved by the command line).
+bool ReadSavedFilter(Registry& registry, EntryFilter* filter);
 
 // Saves the filter under "Software\Quillora": deletes all eleven filter
 // values, then writes each non-empty criterion of the six, "fFlags" and

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include "periods/entry_list_item.h"
+#include "store/note_text.h"
+#include "timekeeping/duration.h"
+
 namespace quillora {
 
 bool WalkPeriodEntries(EntryStore& store, const PeriodRange& range,
@@ -47,17 +51,70 @@ bool ListPeriodEntryIds(EntryStore& store, const PeriodRange& range,
   });
 }
 
-void SortEntries(std::uint32_t sort, const Locale& locale, std::vector<TimeEntry>* entries) {
-  std::u16string TimeEntry::*field = nullptr;
-  switch (sort) {
-    case 1: field = &TimeEntry::client; break;
-    case 2: field = &TimeEntry::project; break;
-    case 3: field = &TimeEntry::task; break;
-    default: return;
+namespace {
+
+double AmountKey(const TimeEntry& e, const Settings& settings) {
+  return e.billable ? EntryAmount(e, settings) : 0.0;
+}
+
+FileTime Day(const TimeEntry& e) { return e.start - e.start % kTicksPerDay; }
+
+// Negative, zero or positive as `a` sorts before, with or after `b`.
+int CompareBy(std::uint32_t key, const TimeEntry& a, const TimeEntry& b,
+              const Locale& locale, const Settings& settings) {
+  auto number = [](auto x, auto y) { return x < y ? -1 : (y < x ? 1 : 0); };
+  switch (key) {
+    case kSortClient:
+      return locale.Compare(a.client, b.client);
+    case kSortProject:
+      return locale.Compare(a.project, b.project);
+    case kSortTask:
+      return locale.Compare(a.task, b.task);
+    case kSortPhase:
+      return locale.Compare(a.phase, b.phase);
+    case kSortDuration:
+      return number(a.duration, b.duration);
+    case kSortRate:
+      return number(a.rate, b.rate);
+    case kSortAmount:
+      return number(AmountKey(a, settings), AmountKey(b, settings));
+    case kSortStatus:
+      return number(DisplayStatus(a), DisplayStatus(b));
+    case kSortNote:
+      return locale.Compare(NoteBlobToText(a.note.data(), a.note.size()),
+                            NoteBlobToText(b.note.data(), b.note.size()));
+    case kSortStartTime: {
+      const FileTime at = HasStartTime(a) ? a.start % kTicksPerDay + 1 : 0;
+      const FileTime bt = HasStartTime(b) ? b.start % kTicksPerDay + 1 : 0;
+      return number(at, bt);
+    }
+    default:
+      return number(a.start, b.start);
+  }
+}
+
+}  // namespace
+
+void SortEntries(std::uint32_t sort, const Locale& locale, const Settings& settings,
+                 bool by_day, std::vector<TimeEntry>* entries) {
+  std::uint32_t key = sort & 0xFF;
+  if (key > kSortStartTime) key = kSortDate;
+  const bool descending = (sort & kSortDescending) != 0;
+  if (key == kSortDate) {
+    // The store's order already is the date order; equal starts keep it.
+    if (descending) {
+      std::stable_sort(
+          entries->begin(), entries->end(),
+          [](const TimeEntry& a, const TimeEntry& b) { return b.start < a.start; });
+    }
+    return;
   }
   std::stable_sort(entries->begin(), entries->end(),
                    [&](const TimeEntry& a, const TimeEntry& b) {
-                     return locale.Compare(a.*field, b.*field) < 0;
+                     if (by_day && Day(a) != Day(b))
+                       return descending ? Day(b) < Day(a) : Day(a) < Day(b);
+                     const int c = CompareBy(key, a, b, locale, settings);
+                     return descending ? c > 0 : c < 0;
                    });
 }
 

@@ -13,6 +13,7 @@
 #include "periods/periods.h"
 #include "platform/locale.h"
 #include "store/record_store.h"
+#include "store/settings.h"
 #include "store/time_entry.h"
 
 namespace quillora {
@@ -42,11 +43,31 @@ bool ListPeriodEntryIds(EntryStore& store, const PeriodRange& range,
                         const EntryFilter& filter, const Locale& locale,
                         std::vector<ObjectId>* ids);
 
-// The order of the views' lists, by the "Sort" setting: 0 (and any value
-// without a meaning) keeps the store's order, by date and start; 1 orders by
-// client, 2 by project, 3 by task, each by the locale comparison and keeping
-// the store's order among equal names.
-void SortEntries(std::uint32_t sort, const Locale& locale, std::vector<TimeEntry>* entries);
+// The order of the views' lists, the "Sort" setting: a key in the low byte,
+// and kSortDescending for the reverse order.
+enum SortKey : std::uint32_t {
+  kSortDate = 0,  // the store's order: by date and start
+  kSortClient = 1,
+  kSortProject = 2,
+  kSortTask = 3,
+  kSortPhase = 4,
+  kSortDuration = 5,
+  kSortRate = 6,
+  kSortAmount = 7,      // EntryAmount; non-billable entries count as none
+  kSortStatus = 8,      // non-billable, billable, paid
+  kSortNote = 9,        // the note's text
+  kSortStartTime = 10,  // time of day; entries without a start time first
+};
+inline constexpr std::uint32_t kSortDescending = 0x100;
+
+// Orders `entries` (in the store's order) by `sort`: names by the locale's
+// comparison, numbers by value; entries that compare equal keep the store's
+// order in either direction. A key without a meaning keeps the store's order.
+// With `by_day` the entries of each calendar day stay together, the days in
+// date order (reversed with kSortDescending) and the sort applied within
+// each day.
+void SortEntries(std::uint32_t sort, const Locale& locale, const Settings& settings,
+                 bool by_day, std::vector<TimeEntry>* entries);
 
 }  // namespace quillora
 

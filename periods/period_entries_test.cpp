@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "periods/day_groups.h"
 #include "tests/test_time.h"
 #include "tests/test_volume.h"
 
@@ -98,6 +99,57 @@ TEST_F(PeriodEntriesTest, EmptyStoresRangesAndEarlyStops) {
                                   {MakeSystemTime(2024, 13, 1), may.GetRange().end},
                                   EntryFilter(), *locale_, &ids));
   EXPECT_TRUE(ids.empty()) << "an impossible range lists nothing";
+}
+
+// "Sort" keys and directions, and the day groups that keep the days in order.
+TEST(SortEntriesTest, KeysDirectionsAndDays) {
+  const std::unique_ptr<Locale> locale = Locale::UsEnglish();
+  Settings settings;
+  auto entry = [](int day, int hour, const char16_t* task, std::uint32_t duration,
+                  bool billable) {
+    TimeEntry e;
+    e.start = At(2026, 11, day, hour, 0, hour ? 1 : 0);
+    e.task = task;
+    e.duration = duration;
+    e.rate = 1000;
+    e.billable = billable;
+    return e;
+  };
+  // In the store's order, by start.
+  const std::vector<TimeEntry> stored = {
+      entry(16, 0, u"a", 100, false), entry(16, 9, u"b", 300, true),
+      entry(17, 8, u"c", 200, true), entry(17, 10, u"a", 50, true)};
+  const struct {
+    std::uint32_t sort;
+    bool by_day;
+    const char16_t* tasks;
+  } cases[] = {
+      {kSortDate, false, u"abca"},
+      {kSortDate | kSortDescending, false, u"acba"},
+      {kSortTask, false, u"aabc"},
+      {kSortTask, true, u"abac"},
+      {kSortTask | kSortDescending, true, u"caba"},
+      {kSortDuration, false, u"aacb"},
+      {kSortAmount | kSortDescending, false, u"bcaa"},  // the non-billable one has none
+      {kSortStartTime, true, u"abca"},
+      {99, false, u"abca"},  // a key without a meaning keeps the store's order
+  };
+  for (const auto& c : cases) {
+    std::vector<TimeEntry> entries = stored;
+    SortEntries(c.sort, *locale, settings, c.by_day, &entries);
+    std::u16string tasks;
+    for (const TimeEntry& e : entries) tasks += e.task;
+    EXPECT_EQ(tasks, c.tasks) << c.sort << " by day " << c.by_day;
+  }
+  std::vector<TimeEntry> entries = stored;
+  SortEntries(kSortTask, *locale, settings, true, &entries);
+  const std::vector<DayGroup> days = GroupByDay(entries, settings);
+  ASSERT_EQ(days.size(), 2u);
+  EXPECT_EQ(days[1].day, MakeSystemTime(2026, 11, 17));
+  EXPECT_EQ(days[1].first, 2u);
+  EXPECT_EQ(days[1].count, 2u);
+  EXPECT_DOUBLE_EQ(days[0].totals.hours(), 4.0);
+  EXPECT_DOUBLE_EQ(days[0].totals.non_billable_hours, 1.0);
 }
 
 }  // namespace

@@ -378,13 +378,16 @@ void StoreCustomPeriod(const CustomPeriod& period, Settings* settings) {
 }
 
 std::unique_ptr<Period> SwitchPeriodKind(const Period& shown, PeriodKind kind,
-                                         const Settings& settings, const Clock& clock) {
+                                         const Settings& settings, const Clock& clock,
+                                         const std::optional<SystemTime>& selected_day) {
   if (kind == PeriodKind::kCustom) {
     const PeriodRange dates = CustomDialogDates(shown, settings);
     return std::make_unique<CustomPeriod>(dates.start, dates.end);
   }
   const SystemTime now = clock.LocalNow();
-  const SystemTime date = Contains(shown.GetViewRange(), now) ? now : shown.GetAnchor();
+  const SystemTime date = Contains(shown.GetViewRange(), now) ? now
+                          : selected_day                      ? *selected_day
+                                                              : shown.GetAnchor();
   return MakePeriod(kind, date, settings);
 }
 

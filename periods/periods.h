@@ -11,6 +11,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -234,10 +235,12 @@ PeriodRange CustomDialogDates(const Period& shown, const Settings& settings);
 void StoreCustomPeriod(const CustomPeriod& period, Settings* settings);
 
 // The period shown after the user switches to another kind: at today when
-// today lies in the period shown now, otherwise at that period's anchor. A
-// custom period starts from the dialog's dates (CustomDialogDates).
-std::unique_ptr<Period> SwitchPeriodKind(const Period& shown, PeriodKind kind,
-                                         const Settings& settings, const Clock& clock);
+// today lies in the period shown now, otherwise at the selected entry's day
+// when one is given, otherwise at that period's anchor. A custom period
+// starts from the dialog's dates (CustomDialogDates).
+std::unique_ptr<Period> SwitchPeriodKind(
+    const Period& shown, PeriodKind kind, const Settings& settings, const Clock& clock,
+    const std::optional<SystemTime>& selected_day = {});
 
 // The pop-up menu of the month caption: the locale's twelve month names with
 // the shown month checked; in a new column the years from three before to

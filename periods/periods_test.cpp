@@ -284,7 +284,7 @@ TEST(MakePeriodTest, KindsAndNamesOfTheViewSetting) {
   }
 }
 
-TEST(SwitchPeriodKindTest, StartsAtTodayWhenShownOtherwiseAtTheAnchor) {
+TEST(SwitchPeriodKindTest, StartsAtTodayWhenShownElseTheSelectedDayElseTheAnchor) {
   const FixedClock clock(Date(2026, 11, 21, 10, 11, 12));
   const Settings s = WithBits(kOptionWeekStartsMonday);
   const MonthPeriod this_month(Date(2026, 11, 3));
@@ -295,6 +295,14 @@ TEST(SwitchPeriodKindTest, StartsAtTodayWhenShownOtherwiseAtTheAnchor) {
             Date(2024, 2, 26));
   EXPECT_EQ(SwitchPeriodKind(other_month, PeriodKind::kDay, s, clock)->GetAnchor(),
             Date(2024, 3, 1));
+  // The day view from a week without today: the selected entry's day.
+  EXPECT_EQ(
+      SwitchPeriodKind(other_month, PeriodKind::kDay, s, clock, Date(2024, 3, 14, 9))
+          ->GetAnchor(),
+      Date(2024, 3, 14));
+  EXPECT_EQ(SwitchPeriodKind(this_month, PeriodKind::kDay, s, clock, Date(2026, 11, 4))
+                ->GetAnchor(),
+            Date(2026, 11, 21));
   const WeekPeriod week(Date(2024, 3, 10), s);
   EXPECT_EQ(Text(SwitchPeriodKind(week, PeriodKind::kCustom, s, clock)->GetRange()),
             "2024-03-04T00:00:00 .. 2024-03-10T23:59:59");

@@ -70,6 +70,31 @@ QuickSummaryPeriod SummaryPeriodOf(const Period& period) {
   return {period.Kind(), range.start, range.end};
 }
 
+void EntryTotals::Add(const TimeEntry& entry, const Settings& settings) {
+  const double hours = entry.duration * 0.01;
+  ++entries;
+  if (entry.billable) {
+    billable_hours += hours;
+    // Only billable entries carry an amount; a non-billable entry marked
+    // paid adds nothing to either amount.
+    const double amount = EntryAmount(entry, settings);
+    if (entry.paid) {
+      paid_amount += amount;
+    } else {
+      unpaid_amount += amount;
+    }
+  } else {
+    non_billable_hours += hours;
+  }
+}
+
+EntryTotals TotalEntries(const std::vector<TimeEntry>& entries,
+                         const Settings& settings) {
+  EntryTotals totals;
+  for (const TimeEntry& entry : entries) totals.Add(entry, settings);
+  return totals;
+}
+
 QuickSummarySums::QuickSummarySums(const Settings& settings, const Locale& locale)
     : settings_(settings), projects_(IgnoreCaseLess{&locale}) {}
 
@@ -84,20 +109,7 @@ void QuickSummarySums::Add(const TimeEntry& entry) {
     spelling = spellings_.emplace(entry.project, project).first;
   }
   spelling->second->second += hours;
-
-  if (entry.billable) {
-    billable_hours_ += hours;
-    // Only billable entries carry an amount; a non-billable entry marked
-    // paid adds nothing to either amount.
-    const double amount = EntryAmount(entry, settings_);
-    if (entry.paid) {
-      paid_amount_ += amount;
-    } else {
-      unpaid_amount_ += amount;
-    }
-  } else {
-    non_billable_hours_ += hours;
-  }
+  totals_.Add(entry, settings_);
 }
 
 std::vector<ProjectHours> QuickSummarySums::Projects() const {

@@ -50,6 +50,29 @@ struct ProjectHours {
   double hours = 0;
 };
 
+// The totals of a set of entries as the quick summary computes them: the
+// number of entries, billable and non-billable hours, unpaid and paid
+// amounts, all in double precision from zero. The window's totals under the
+// table and each day's row add their entries through this one computation.
+struct EntryTotals {
+  std::size_t entries = 0;
+  double billable_hours = 0;
+  double non_billable_hours = 0;
+  double unpaid_amount = 0;
+  double paid_amount = 0;
+
+  // Counts the entry and adds its hours (duration x 0.01) to billable or
+  // non-billable hours and, for a billable entry only, its amount
+  // (EntryAmount) to the paid or the unpaid amount. Amounts of different
+  // currencies are added as they are.
+  void Add(const TimeEntry& entry, const Settings& settings);
+  double hours() const { return billable_hours + non_billable_hours; }
+  double amount() const { return unpaid_amount + paid_amount; }
+};
+
+// The totals of `entries` (a period's entries after the filter).
+EntryTotals TotalEntries(const std::vector<TimeEntry>& entries, const Settings& settings);
+
 // The running sums, all in double precision, starting at zero. Entries are
 // added one at a time in the view's order.
 class QuickSummarySums {
@@ -60,16 +83,15 @@ class QuickSummarySums {
   QuickSummarySums(const QuickSummarySums&) = delete;
   QuickSummarySums& operator=(const QuickSummarySums&) = delete;
 
-  // Adds the entry's hours (duration x 0.01) to billable or non-billable
-  // hours and to its project (the empty name for none), and, for a billable
-  // entry only, its amount (EntryAmount) to the paid or the unpaid amount.
-  // Amounts of different currencies are added as they are.
+  // Adds the entry to the totals (EntryTotals::Add) and its hours to its
+  // project (the empty name for none).
   void Add(const TimeEntry& entry);
 
-  double billable_hours() const { return billable_hours_; }
-  double non_billable_hours() const { return non_billable_hours_; }
-  double unpaid_amount() const { return unpaid_amount_; }
-  double paid_amount() const { return paid_amount_; }
+  const EntryTotals& totals() const { return totals_; }
+  double billable_hours() const { return totals_.billable_hours; }
+  double non_billable_hours() const { return totals_.non_billable_hours; }
+  double unpaid_amount() const { return totals_.unpaid_amount; }
+  double paid_amount() const { return totals_.paid_amount; }
   // The projects in ascending order of the locale's comparison with case
   // ignored; names that compare equal ("Design", "design") are one project
   // under the spelling that came first.
@@ -85,10 +107,7 @@ class QuickSummarySums {
   using ProjectMap = std::map<std::u16string, double, IgnoreCaseLess>;
 
   const Settings& settings_;
-  double billable_hours_ = 0;
-  double non_billable_hours_ = 0;
-  double unpaid_amount_ = 0;
-  double paid_amount_ = 0;
+  EntryTotals totals_;
   ProjectMap projects_;
   // Exact spellings already met, so that the collation runs once per
   // spelling and not once per entry.

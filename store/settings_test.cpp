@@ -6,6 +6,7 @@
 
 #include "platform/text.h"
 #include "store/settings_values.h"
+#include "store/window_layout.h"
 
 namespace quillora {
 namespace {
@@ -293,6 +294,40 @@ TEST_F(SettingsTest, ShowListsWhatTheProgramReads) {
   // An empty criterion removes the value, as the filter page does.
   ASSERT_TRUE(SetSettingFromText(*registry_, "fClient", "", &message)) << message;
   EXPECT_EQ(Raw(u"fClient"), "");
+}
+
+}  // namespace
+}  // namespace quillora
+
+namespace quillora {
+namespace {
+
+// The window's layout comes back as saved; a "ColOrder" that is not an order
+// of the eleven columns is ignored.
+TEST(WindowLayoutTest, SavedLayoutLoadsBackAndABadOrderIsIgnored) {
+  std::unique_ptr<Registry> registry = OpenMemoryRegistry();
+  EXPECT_FALSE(LoadWindowLayout(*registry).placed);
+  WindowLayout layout;
+  layout.placed = true;
+  layout.rect = {-10, 20, 1200, 800};
+  layout.maximised = true;
+  layout.totals_height = 140;
+  layout.widths[kColumnNote] = 0;
+  layout.widths[kColumnClient] = 180;
+  layout.order = {10, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+  ASSERT_TRUE(SaveWindowLayout(*registry, layout));
+  const WindowLayout loaded = LoadWindowLayout(*registry);
+  EXPECT_TRUE(loaded.placed && loaded.maximised);
+  EXPECT_EQ(loaded.rect, layout.rect);
+  EXPECT_EQ(loaded.totals_height, 140);
+  EXPECT_EQ(loaded.widths, layout.widths);
+  EXPECT_EQ(loaded.order, layout.order);
+
+  RegistryKey key;
+  ASSERT_EQ(registry->OpenKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key), 0);
+  const unsigned char twice[44] = {1};  // column 1 once, column 0 ten times
+  ASSERT_EQ(WriteBinary(*registry, key, u"ColOrder", twice, sizeof twice), 0);
+  EXPECT_EQ(LoadWindowLayout(*registry).order, WindowLayout().order);
 }
 
 }  // namespace

@@ -11,43 +11,31 @@
 #include "app/gui/help.h"
 #include "app/gui/main_window.h"
 #include "app/gui/report_dialogs.h"
+#include "app/gui/window_test_fixture.h"
 #include "reports/html_report.h"
 #include "store/string_table.h"
-#include "tests/fake_prompt.h"
-#include "tests/temp_dir.h"
-#include "tests/test_time.h"
 
 namespace quillora {
 namespace {
 
 using testing::At;
-
-QString Q(const std::u16string& text) { return ToQString(text); }
+using testing::Q;
 
 class DataDialogsTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<testing::TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  testing::FakePrompt prompt_;
+  testing::WindowFixture f_;
+  DataContext* data_ = nullptr;
+  MainWindow* window_ = nullptr;
+  testing::FakePrompt& prompt_ = f_.prompt();
   QList<QUrl> opened_;
 
   void Add(FileTime start, const char16_t* client, const char16_t* task) {
-    EntryStore store(*data_->volume);
-    store.Open();
-    TimeEntry e;
-    e.start = start;
-    e.client = client;
-    e.task = task;
-    e.duration = 150;
-    e.billable = true;
-    AddEntry(store, e);
+    f_.Add(testing::Entry(start, client, task));
   }
 
-  int Shown() const { return window_->entry_model()->rowCount(); }
+  int Shown() const { return static_cast<int>(f_.Shown().size()); }
 
   QStringList Texts() const {
     QStringList texts;
@@ -55,7 +43,7 @@ class DataDialogsTest : public QObject {
     return texts;
   }
 
-  std::string File(const char* name) const { return dir_->File(name); }
+  std::string File(const char* name) const { return f_.File(name); }
 
  private slots:
   void init() {
@@ -65,38 +53,24 @@ class DataDialogsTest : public QObject {
       opened_ << url;
       return true;
     });
-    dir_ = std::make_unique<testing::TempDir>();
-    data_ = std::make_unique<DataContext>();
-    std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
     // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 21, 10, 0, 0));
-    QVERIFY(OpenCatalogue(data_.get()));
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    data_ = &f_.data();
+    QVERIFY(OpenCatalogue(data_));
     AddClient(data_->catalogue->clients, u"Acme");
     AddClient(data_->catalogue->clients, u"Globex");
     Add(At(2026, 11, 16, 9, 0, 1), u"Acme", u"Design");
     Add(At(2026, 11, 18, 9, 0, 1), u"Acme", u"Build");
     Add(At(2026, 11, 19, 9, 0, 1), u"Globex", u"Support");
     Add(At(2026, 11, 25, 9, 0, 1), u"Acme", u"Next week");
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    window_->SetPrompt(&prompt_);
-    QVERIFY(window_->Open());
+    QVERIFY(f_.OpenWindow());
+    window_ = &f_.window();
     QCOMPARE(Shown(), 3);
   }
 
   void cleanup() {
-    window_.reset();
-    data_.reset();
-    dir_.reset();
+    f_.Close();
     SetUrlOpener(nullptr);
-  }
-
-  void CommandsAreEnabled() {
-    for (const char* name :
-         {"exportCsv", "exportXml", "report", "reports", "backup", "restore", "archive",
-          "archiveRestore", "findReplace", "markPaid", "deleteData", "help"}) {
-      QVERIFY2(window_->action(name)->isEnabled(), name);
-    }
   }
 
   void ExportRangeStartsWithTheShownPeriod() {
@@ -114,7 +88,7 @@ class DataDialogsTest : public QObject {
     const std::string path = File("week.csv");
     prompt_.files.push_back(path);
     const PeriodRange range = WholeDayRange(QDate(2026, 11, 15), QDate(2026, 11, 21));
-    QCOMPARE(RunWindowExport(window_.get(), ExportFormat::kCsv, range),
+    QCOMPARE(RunWindowExport(window_, ExportFormat::kCsv, range),
              ExportOutcome::kExported);
     QCOMPARE(prompt_.choosers.size(), 1u);
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("CSV Files (*.csv)|*.csv|"));
@@ -126,11 +100,11 @@ class DataDialogsTest : public QObject {
   }
 
   void ExportCancelledOrFailing() {
-    QCOMPARE(RunWindowExport(window_.get(), ExportFormat::kXml, std::nullopt),
+    QCOMPARE(RunWindowExport(window_, ExportFormat::kXml, std::nullopt),
              ExportOutcome::kCancelled);
     QVERIFY(prompt_.choosers.empty());
     prompt_.files.push_back(File("missing-folder/week.xml"));
-    QCOMPARE(RunWindowExport(window_.get(), ExportFormat::kXml,
+    QCOMPARE(RunWindowExport(window_, ExportFormat::kXml,
                              WholeDayRange(QDate(2026, 11, 15), QDate(2026, 11, 21))),
              ExportOutcome::kFailed);
     QCOMPARE(Q(prompt_.choosers.back().filter), QString("XML Files (*.xml)|*.xml|"));
@@ -143,7 +117,7 @@ class DataDialogsTest : public QObject {
   void BackupOfManyEntriesShowsItsSteps() {
     for (int i = 0; i < 40; ++i) Add(At(2026, 10, 1 + i % 28, 8, 0, 1), u"Acme", u"Old");
     prompt_.files.push_back(File("all.qrd"));
-    QCOMPARE(BackupFromWindow(window_.get()), BackupOutcome::kDone);
+    QCOMPARE(BackupFromWindow(window_), BackupOutcome::kDone);
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("Backup Files (*.qrd)|*.qrd|"));
     // 44 entries and 2 clients, each a step after the first text.
     QCOMPARE(static_cast<int>(prompt_.progress_texts.size()), 1 + 44 + 2);
@@ -153,14 +127,14 @@ class DataDialogsTest : public QObject {
 
     // Restoring adds the entries again: the week shows each twice.
     prompt_.files.push_back(File("all.qrd"));
-    QCOMPARE(RestoreFromWindow(window_.get()), static_cast<int>(kRestoreOk));
+    QCOMPARE(RestoreFromWindow(window_), static_cast<int>(kRestoreOk));
     QCOMPARE(Shown(), 6);
   }
 
   void RestoreRefusesADamagedFile() {
     testing::WriteFileBytes(File("bad.qrd"), "not a backup");
     prompt_.files.push_back(File("bad.qrd"));
-    QCOMPARE(RestoreFromWindow(window_.get()), static_cast<int>(kRestoreFailed));
+    QCOMPARE(RestoreFromWindow(window_), static_cast<int>(kRestoreFailed));
     QCOMPARE(Texts(),
              QStringList({"Restore has failed. Please select a different backup and "
                           "try again."}));
@@ -205,12 +179,12 @@ class DataDialogsTest : public QObject {
     ArchiveRequest request;
     QVERIFY(ArchiveRequestOf(dialog, prompt_, &request));
     prompt_.files.push_back(File("week.qra"));
-    QCOMPARE(RunWindowArchive(window_.get(), request), BackupOutcome::kDone);
+    QCOMPARE(RunWindowArchive(window_, request), BackupOutcome::kDone);
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("Archive Files (*.qra)|*.qra|"));
     QCOMPARE(Shown(), 0);  // the view was read again
 
     prompt_.files.push_back(File("week.qra"));
-    QCOMPARE(ArchiveRestoreFromWindow(window_.get()), static_cast<int>(kRestoreOk));
+    QCOMPARE(ArchiveRestoreFromWindow(window_), static_cast<int>(kRestoreOk));
     QCOMPARE(Texts(), QStringList({"Archive file has been restored."}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kInformation);
     QCOMPARE(Shown(), 3);
@@ -218,16 +192,15 @@ class DataDialogsTest : public QObject {
 
   void ArchiveRestoreRefusesABackup() {
     prompt_.files.push_back(File("all.qrd"));
-    QCOMPARE(BackupFromWindow(window_.get()), BackupOutcome::kDone);
+    QCOMPARE(BackupFromWindow(window_), BackupOutcome::kDone);
     prompt_.files.push_back(File("all.qrd"));
-    QCOMPARE(ArchiveRestoreFromWindow(window_.get()),
-             static_cast<int>(kRestoreContentRefused));
+    QCOMPARE(ArchiveRestoreFromWindow(window_), static_cast<int>(kRestoreContentRefused));
     QCOMPARE(Texts(), QStringList({"Only Archive file with data can be restored."}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kWarning);
 
     testing::WriteFileBytes(File("bad.qra"), "not an archive");
     prompt_.files.push_back(File("bad.qra"));
-    QCOMPARE(ArchiveRestoreFromWindow(window_.get()), static_cast<int>(kRestoreFailed));
+    QCOMPARE(ArchiveRestoreFromWindow(window_), static_cast<int>(kRestoreFailed));
     QCOMPARE(Texts().last(),
              QString("Archive file cannot be loaded. The file may be created by "
                      "Quillora prior to version 2.3."));
@@ -236,12 +209,12 @@ class DataDialogsTest : public QObject {
 
   void HandedFilesOfferTheirRestore() {
     prompt_.files.push_back(File("all.qrd"));
-    QCOMPARE(BackupFromWindow(window_.get()), BackupOutcome::kDone);
+    QCOMPARE(BackupFromWindow(window_), BackupOutcome::kDone);
     prompt_.choosers.clear();
     const QString backup = QString::fromStdString(File("all.qrd"));
     const QString other = QString::fromStdString(File("notes.txt"));
     prompt_.answers = {Answer::kNo, Answer::kYes};
-    window_->HandleCommandLine({other, backup, backup});
+    OpenHandedFiles(window_, {other, backup, backup});
     QCOMPARE(Texts(), QStringList({NotADataFileText(other), RestoreOfferText(backup),
                                    RestoreOfferText(backup)}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kExclamation);
@@ -250,7 +223,7 @@ class DataDialogsTest : public QObject {
   }
 
   void FindAndReplaceChecksThenRuns() {
-    FindReplaceDialog dialog(window_.get());
+    FindReplaceDialog dialog(window_);
     QCOMPARE(dialog.type_box()->currentText(), QString("Client"));
     QCOMPARE(dialog.find_box()->count(), 3);  // the empty first item, Acme, Globex
     QVERIFY(dialog.status_line()->isHidden() && dialog.progress_bar()->isHidden());
@@ -275,19 +248,19 @@ class DataDialogsTest : public QObject {
     QCOMPARE(dialog.progress_bar()->value(), 4 + 1);
     QVERIFY(!dialog.type_box()->isEnabled() && !dialog.find_box()->isEnabled());
     QCOMPARE(dialog.counts().entries_changed, 3);
-    QCOMPARE(window_->entry_model()->EntryAt(0).client, std::u16string(u"Acme Inc"));
+    QCOMPARE(f_.Shown().at(0).client, std::u16string(u"Acme Inc"));
   }
 
   void MarkPaidAsksFirst() {
     int marked = -1;
-    QCOMPARE(MarkPaidFromWindow(window_.get(), &marked), BulkOutcome::kDeclined);
+    QCOMPARE(MarkPaidFromWindow(window_, &marked), BulkOutcome::kDeclined);
     QCOMPARE(Texts(),
              QStringList({"Do you want to mark all entries paid using the filter "
                           "from the current view?"}));
     prompt_.answers = {Answer::kYes};
-    QCOMPARE(MarkPaidFromWindow(window_.get(), &marked), BulkOutcome::kDone);
+    QCOMPARE(MarkPaidFromWindow(window_, &marked), BulkOutcome::kDone);
     QCOMPARE(marked, 3);
-    for (int r = 0; r < Shown(); ++r) QVERIFY(window_->entry_model()->EntryAt(r).paid);
+    for (const TimeEntry& e : f_.Shown()) QVERIFY(e.paid);
   }
 
   void DeleteDataByClients() {
@@ -300,7 +273,7 @@ class DataDialogsTest : public QObject {
     dialog.client_list()->item(0)->setCheckState(Qt::Checked);  // Acme
     DeleteCriteria criteria;
     QVERIFY(DeleteCriteriaOf(dialog, prompt_, &criteria));
-    QCOMPARE(RunWindowDeleteData(window_.get(), criteria), BulkOutcome::kDeclined);
+    QCOMPARE(RunWindowDeleteData(window_, criteria), BulkOutcome::kDeclined);
     QCOMPARE(Shown(), 3);
     QCOMPARE(Texts(),
              QStringList({"All data within the selected criteria will be permanently "
@@ -308,13 +281,13 @@ class DataDialogsTest : public QObject {
                           "operation."}));
     prompt_.answers = {Answer::kOk};
     int deleted = 0;
-    QCOMPARE(RunWindowDeleteData(window_.get(), criteria, &deleted), BulkOutcome::kDone);
+    QCOMPARE(RunWindowDeleteData(window_, criteria, &deleted), BulkOutcome::kDone);
     QCOMPARE(deleted, 3);  // the next week's Acme entry too
     QCOMPARE(Shown(), 1);
   }
 
   void ReportEditorFollowsTheType() {
-    ReportEditorDialog dialog(window_.get());
+    ReportEditorDialog dialog(window_);
     QCOMPARE(dialog.list()->topLevelItemCount(), 33);
     QCOMPARE(dialog.list()->topLevelItem(0)->text(0), QString("Header Area"));
     QCOMPARE(dialog.list()->topLevelItem(32)->text(0), QString("Report Date"));
@@ -347,7 +320,7 @@ class DataDialogsTest : public QObject {
   }
 
   void ReportSaveAsksBeforeOverwriting() {
-    ReportEditorDialog dialog(window_.get());
+    ReportEditorDialog dialog(window_);
     QStringList names = {"", "Weekly", "Weekly", "Weekly"};
     dialog.ask_name = [&names](const std::u16string&) -> std::optional<std::u16string> {
       if (names.isEmpty()) return std::nullopt;
@@ -367,12 +340,12 @@ class DataDialogsTest : public QObject {
   }
 
   void SavedReportsDefaultRenameDelete() {
-    ReportEditorDialog editor(window_.get());
+    ReportEditorDialog editor(window_);
     editor.ask_name = [](const std::u16string&) {
       return std::optional(std::u16string(u"Weekly"));
     };
     QVERIFY(editor.Save());
-    SavedReportsDialog dialog(window_.get());
+    SavedReportsDialog dialog(window_);
     QCOMPARE(dialog.list()->count(), 1);
     dialog.list()->setCurrentRow(0);
     QVERIFY(dialog.MakeSelectedDefault());
@@ -389,16 +362,16 @@ class DataDialogsTest : public QObject {
   }
 
   void ReportCommandWritesAndOpens() {
-    ReportFromWindow(window_.get());
+    ReportFromWindow(window_);
     QCOMPARE(Texts(), QStringList({"There is no saved report."}));
-    ReportEditorDialog editor(window_.get());
+    ReportEditorDialog editor(window_);
     editor.ask_name = [](const std::u16string&) {
       return std::optional(std::u16string(u"Weekly"));
     };
     QVERIFY(editor.Save());
     const std::string path = File("week.htm");
     prompt_.files.push_back(path);
-    QVERIFY(RunWindowReport(window_.get(), u"Weekly", window_->period().GetRange()));
+    QVERIFY(RunWindowReport(window_, u"Weekly", window_->period().GetRange()));
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("HTML Files (*.htm)|*.htm|"));
     QCOMPARE(opened_, QList<QUrl>({QUrl::fromLocalFile(QString::fromStdString(path))}));
     const std::string html = testing::ReadFileBytes(path);
@@ -407,7 +380,7 @@ class DataDialogsTest : public QObject {
     QVERIFY(html.find("Next week") == std::string::npos);
 
     prompt_.files.push_back(File("missing-folder/week.htm"));
-    QVERIFY(!RunWindowReport(window_.get(), u"Weekly", window_->period().GetRange()));
+    QVERIFY(!RunWindowReport(window_, u"Weekly", window_->period().GetRange()));
     QCOMPARE(Texts().last(), QString("Report generation has failed."));
     QCOMPARE(opened_.size(), 1);
   }
@@ -431,7 +404,7 @@ class DataDialogsTest : public QObject {
     QCOMPARE(opened_.size(), 1);
     QCOMPARE(opened_[0].fragment(), QString("deldata"));
     QCOMPARE(opened_[0].toLocalFile(), path);
-    window_->action("help")->trigger();
+    window_->actions().help->trigger();
     QCOMPARE(opened_.size(), 2);
     QVERIFY(!opened_[1].hasFragment());
 

@@ -21,9 +21,7 @@ bool EntryCommands::EditEntry(const TimeEntry& entry) {
   dialog.setObjectName("entryEditor");
   if (dialog.exec() != QDialog::Accepted) return false;
   window_->Reload();
-  const int row = window_->entry_model()->RowOf(dialog.editor().entry().recordId);
-  if (row >= 0)
-    window_->entry_list()->setCurrentIndex(window_->entry_model()->index(row));
+  window_->SelectRecord(dialog.editor().entry().recordId);
   return true;
 }
 
@@ -39,18 +37,15 @@ void EntryCommands::NewEntry() {
 }
 
 void EntryCommands::EditSelected() {
-  const QModelIndex index = window_->entry_list()->currentIndex();
-  if (!index.isValid()) return;
-  EditEntry(window_->entry_model()->EntryAt(index.row()));
+  if (const TimeEntry* entry = window_->SelectedEntry()) EditEntry(*entry);
 }
 
 void EntryCommands::CopySelected() {
-  const QModelIndex index = window_->entry_list()->currentIndex();
-  if (!index.isValid()) return;
+  const TimeEntry* entry = window_->SelectedEntry();
+  if (entry == nullptr) return;
   DataContext& data = window_->data();
-  CopyEntryDialogWidget dialog(
-      window_->entries(), window_->entry_model()->EntryAt(index.row()), data.settings,
-      data.locale->AnsiCodePage(), window_->prompt(), window_);
+  CopyEntryDialogWidget dialog(window_->entries(), *entry, data.settings,
+                               data.locale->AnsiCodePage(), window_->prompt(), window_);
   dialog.setObjectName("copyEntry");
   dialog.exec();
 }
@@ -69,28 +64,7 @@ void EntryCommands::OpenTimers() {
 }
 
 void EntryCommands::UpdateTimerButton() {
-  if (QAction* timers = window_->action("timers"))
-    timers->setChecked(hub_->timers().AnyActive());
-}
-
-void InstallEntryCommands(MainWindow* window) {
-  auto* commands = new EntryCommands(window);
-  auto enable = [window](const char* name, auto slot) {
-    QAction* a = window->action(name);
-    a->setEnabled(true);
-    QObject::connect(a, &QAction::triggered, window, slot);
-  };
-  enable("newEntry", [commands] { commands->NewEntry(); });
-  enable("editEntry", [commands] { commands->EditSelected(); });
-  enable("copyEntry", [commands] { commands->CopySelected(); });
-  enable("timers", [commands] { commands->OpenTimers(); });
-  commands->UpdateTimerButton();
-  QListView* list = window->entry_list();
-  QObject::connect(list, &QListView::doubleClicked, commands,
-                   [commands] { commands->EditSelected(); });
-  QObject::connect(list, &QListView::clicked, commands, [window, commands] {
-    if (window->data().settings.option_bits & kOptionItemTap) commands->EditSelected();
-  });
+  window_->actions().timers->setChecked(hub_->timers().AnyActive());
 }
 
 }  // namespace quillora

@@ -2,18 +2,17 @@
 // timer to an entry in the week view, the editor's refusals, notes with a
 // drawing, and the timers' buttons.
 #include <QApplication>
+#include <QCalendarWidget>
 #include <QFile>
 #include <QtTest>
 
 #include "app/gui/copy_entry_dialog.h"
 #include "app/gui/entry_commands.h"
 #include "app/gui/entry_editor_dialog.h"
-#include "app/gui/main_window.h"
 #include "app/gui/qt_text.h"
+#include "app/gui/window_test_fixture.h"
 #include "platform/text.h"
 #include "store/string_table.h"
-#include "tests/fake_prompt.h"
-#include "tests/temp_dir.h"
 #include "timekeeping/duration.h"
 
 namespace quillora {
@@ -23,11 +22,11 @@ class EntryDialogsTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<testing::TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  testing::FakePrompt prompt_;
+  testing::WindowFixture f_;
+  DataContext* data_ = nullptr;
+  FixedClock* clock_ = nullptr;
+  MainWindow* window_ = nullptr;
+  testing::FakePrompt& prompt_ = f_.prompt();
   EntryCommands* commands_ = nullptr;
 
   EditorServices Services() {
@@ -46,39 +45,26 @@ class EntryDialogsTest : public QObject {
     });
   }
 
-  std::vector<TimeEntry> Shown() const {
-    std::vector<TimeEntry> shown;
-    for (int r = 0; r < window_->entry_model()->rowCount(); ++r) {
-      shown.push_back(window_->entry_model()->EntryAt(r));
-    }
-    return shown;
-  }
+  std::vector<TimeEntry> Shown() const { return f_.Shown(); }
 
  private slots:
   void init() {
-    dir_ = std::make_unique<testing::TempDir>();
-    data_ = std::make_unique<DataContext>();
-    std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
+    // Wednesday 2026-11-18; the week runs from Sunday the 15th.
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
+    data_ = &f_.data();
+    clock_ = &f_.clock();
     data_->settings.option_bits |= kOptionGranularity;
     data_->settings.granularity = 15;
     data_->settings.default_currency = u"USD";
-    // Wednesday 2026-11-18; the week runs from Sunday the 15th.
-    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 18, 9, 0, 0));
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    window_->SetPrompt(&prompt_);
-    QVERIFY(window_->Open());
+    QVERIFY(f_.OpenWindow());
+    window_ = &f_.window();
     commands_ = window_->findChild<EntryCommands*>("entryCommands");
     QVERIFY(commands_ != nullptr);
     commands_->hub().StopTicking();
     prompt_ = testing::FakePrompt();
   }
 
-  void cleanup() {
-    window_.reset();
-    data_.reset();
-    dir_.reset();
-  }
+  void cleanup() { f_.Close(); }
 
   // Timer 2 records for 80 minutes with a note and a drawing; "Task Complete"
   // opens the editor on the new entry; OK saves it into the week shown.
@@ -124,7 +110,7 @@ class EntryDialogsTest : public QObject {
     QVERIFY(editor_seen);
     QVERIFY(prompt_.shown.empty());
     QCOMPARE(timers.slot(1).state, kTimerIdle);
-    QVERIFY(!window_->action("timers")->isChecked());
+    QVERIFY(!window_->actions().timers->isChecked());
     const std::vector<TimeEntry> shown = Shown();
     QCOMPARE(shown.size(), std::size_t{1});
     QCOMPARE(ToQString(shown[0].task), QString("Design"));
@@ -147,7 +133,7 @@ class EntryDialogsTest : public QObject {
       dialog->record_button()->click();
     });
     commands_->OpenTimers();
-    QVERIFY(window_->action("timers")->isChecked());
+    QVERIFY(window_->actions().timers->isChecked());
     OnModal([&](QWidget* widget) {
       auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
       QVERIFY(dialog != nullptr);
@@ -157,7 +143,7 @@ class EntryDialogsTest : public QObject {
     });
     commands_->OpenTimers();
     QCOMPARE(commands_->hub().timers().slot(0).state, kTimerIdle);
-    QVERIFY(!window_->action("timers")->isChecked());
+    QVERIFY(!window_->actions().timers->isChecked());
     QVERIFY(Shown().empty());
   }
 
@@ -293,7 +279,7 @@ class EntryDialogsTest : public QObject {
     QCOMPARE(copy.canvas()->strokes(), note->canvas()->strokes());
     QVERIFY(NoteEdit().Blob().empty());
 
-    dialog.SetDocumentFolder(ToQString(FromUtf8(dir_->path())));
+    dialog.SetDocumentFolder(ToQString(FromUtf8(f_.dir().path())));
     QString opened;
     dialog.SetDocumentOpener([&](const QString& path) {
       opened = path;
@@ -316,7 +302,7 @@ class EntryDialogsTest : public QObject {
 
     prompt_.shown.clear();
     opened.clear();
-    dialog.SetDocumentFolder(ToQString(FromUtf8(dir_->path())) + "/missing");
+    dialog.SetDocumentFolder(ToQString(FromUtf8(f_.dir().path())) + "/missing");
     QVERIFY(!dialog.EditInWord());
     QVERIFY(opened.isEmpty());
     QCOMPARE(ToQString(prompt_.Texts().at(0)),
@@ -326,17 +312,47 @@ class EntryDialogsTest : public QObject {
 
   // A double click edits the item in place; a single tap does only with the
   // item tap option.
+  // The date is one tab stop in the list's date format, its calendar's weeks
+  // begin on the chosen day, and Tab runs date, client, project, phase, task,
+  // duration, start.
+  void EditorDateFieldAndTabOrder() {
+    for (const bool monday : {false, true}) {
+      data_->settings.option_bits = monday ? data_->settings.option_bits | kOptionWeekStartsMonday
+                                           : data_->settings.option_bits & ~kOptionWeekStartsMonday;
+      EntryEditorDialog dialog(Services(), NewEntry(data_->settings, clock_->LocalNow()),
+                               window_->entries());
+      QCOMPARE(dialog.date_edit()->calendarWidget()->firstDayOfWeek(),
+               monday ? Qt::Monday : Qt::Sunday);
+      QCOMPARE(dialog.date_edit()->displayFormat(), QString("M/d/yyyy"));
+      if (!monday) continue;
+      dialog.show();
+      dialog.activateWindow();
+      QVERIFY(QTest::qWaitForWindowActive(&dialog));
+      dialog.date_edit()->setFocus();
+      const QWidget* order[] = {dialog.client_box(), dialog.project_box(), dialog.phase_box(),
+                                dialog.task_box(),   dialog.duration_box(), dialog.start_check()};
+      for (const QWidget* expected : order) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        const QWidget* focus = QApplication::focusWidget();
+        QVERIFY2(focus == expected || expected->isAncestorOf(focus),
+                 expected->metaObject()->className());
+      }
+    }
+  }
+
   void OpeningAnItem() {
     TimeEntry entry = NewEntry(data_->settings, MakeSystemTime(2026, 11, 17));
     entry.client = u"Acme";
     entry.task = u"Design";
     entry.duration = 100;
     QVERIFY(AddEntry(window_->entries(), entry));
+    const ObjectId id = window_->entries().current_record_id();
     window_->Reload();
     window_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
-    QListView* list = window_->entry_list();
-    const QPoint item = list->visualRect(window_->entry_model()->index(0)).center();
+    QVERIFY(QTest::qWaitForWindowExposed(window_));
+    QTreeView* list = window_->table();
+    const QModelIndex row = window_->table_model()->IndexOf(id);
+    const QPoint item = list->visualRect(row).center();
     QString title;
     OnModal([&](QWidget* widget) {
       auto* editor = qobject_cast<EntryEditorDialog*>(widget);
@@ -345,8 +361,8 @@ class EntryDialogsTest : public QObject {
       editor->task_box()->setEditText("Review");
       editor->accept();
     });
-    list->setCurrentIndex(window_->entry_model()->index(0));
-    emit list->doubleClicked(window_->entry_model()->index(0));
+    list->setCurrentIndex(row);
+    emit list->doubleClicked(row);
     QCOMPARE(title, QString("Edit Entry"));
     QCOMPARE(Shown().size(), std::size_t{1});
     QCOMPARE(ToQString(Shown()[0].task), QString("Review"));

@@ -1,5 +1,6 @@
 #include "app/gui/entry_editor_dialog.h"
 
+#include <QCalendarWidget>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -74,6 +75,46 @@ bool RunStartEndDialog(QWidget* parent, StartEndPickers* pickers) {
   return true;
 }
 
+// A date field that is one stop of the tab order: Tab leaves it instead of
+// moving between its day, month and year.
+class OneStopDateEdit : public QDateEdit {
+ public:
+  using QDateEdit::QDateEdit;
+
+ protected:
+  bool focusNextPrevChild(bool next) override {
+    return QAbstractSpinBox::focusNextPrevChild(next);
+  }
+};
+
+// The locale's date picture in Qt's notation: the same letters, less the
+// era ("g"), with a lone "y" as two digits and "yyyyy" as four.
+QString QtDatePicture(const std::u16string& picture) {
+  QString out;
+  const QString in = ToQString(picture);
+  for (qsizetype i = 0; i < in.size();) {
+    const QChar c = in[i];
+    if (c == '\'') {
+      const qsizetype end = in.indexOf('\'', i + 1);
+      const qsizetype stop = end < 0 ? in.size() : end + 1;
+      out += in.mid(i, stop - i);
+      i = stop;
+      continue;
+    }
+    qsizetype run = 1;
+    while (i + run < in.size() && in[i + run] == c) ++run;
+    if (c == 'g') {
+      // no era in Qt's pictures
+    } else if (c == 'y') {
+      out += run >= 3 ? "yyyy" : "yy";
+    } else {
+      out += in.mid(i, run);
+    }
+    i += run;
+  }
+  return out.trimmed();
+}
+
 }  // namespace
 
 EntryEditorDialog::EntryEditorDialog(const EditorServices& services,
@@ -104,12 +145,17 @@ EntryEditorDialog::EntryEditorDialog(const EditorServices& services,
   connect(pages_, &QTabWidget::currentChanged, this, &EntryEditorDialog::PageChanged);
   ShowGeneral();
   note_->SetBlob(entry.note);
+  // The date as the list shows it; the calendar's weeks begin on the day
+  // the options choose.
+  date_->setDisplayFormat(QtDatePicture(services.locale.ShortDatePicture()));
+  date_->calendarWidget()->setFirstDayOfWeek(
+      services.settings.option_bits & kOptionWeekStartsMonday ? Qt::Monday : Qt::Sunday);
 }
 
 QWidget* EntryEditorDialog::BuildGeneral() {
   auto* page = new QWidget;
   auto* form = Form(page);
-  date_ = new QDateEdit(page);
+  date_ = new OneStopDateEdit(page);
   date_->setCalendarPopup(true);
   client_ = EditableBox(page, static_cast<int>(kNameFieldChars));
   project_ = EditableBox(page, static_cast<int>(kNameFieldChars));
@@ -137,6 +183,12 @@ QWidget* EntryEditorDialog::BuildGeneral() {
   form->addRow(tr("Task:"), task_);
   form->addRow(tr("Duration:"), duration_row);
   form->addRow(tr("Start:"), start_row);
+  // The order of the keyboard: the fields as they are typed in, the date
+  // first and the start last.
+  QWidget* order[] = {date_,     client_,      project_, phase_, task_,
+                      duration_, start_check_, start_,   set};
+  for (std::size_t i = 0; i + 1 < std::size(order); ++i)
+    setTabOrder(order[i], order[i + 1]);
 
   connect(date_, &QDateEdit::dateChanged, this, [this](const QDate& d) {
     if (!loading_) editor_.SetDate(FromQDateTime(d, QTime(0, 0)));

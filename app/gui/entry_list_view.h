@@ -5,6 +5,7 @@
 #define QUILLORA_APP_GUI_ENTRY_LIST_VIEW_H_
 
 #include <QAbstractListModel>
+#include <QFont>
 #include <QPixmap>
 #include <QStyledItemDelegate>
 #include <vector>
@@ -15,6 +16,13 @@
 #include "store/time_entry.h"
 
 namespace quillora {
+
+// "ListStyle": how the window lists a period's entries. 0 (and any value
+// without a meaning) the timesheet table, 1 the compact item list (the date
+// and time line and the task), 2 the item list with every line.
+inline constexpr std::uint32_t kListStyleTable = 0;
+inline constexpr std::uint32_t kListStyleCompact = 1;
+inline constexpr std::uint32_t kListStyleItems = 2;
 
 class EntryListModel : public QAbstractListModel {
   Q_OBJECT
@@ -60,6 +68,11 @@ class EntryItemDelegate : public QStyledItemDelegate {
  private:
   const EntryListModel* model_;
 };
+
+// The entry list's font: `base` one point smaller for "Small" (FSize 0), as
+// it is for "Medium" (1), two points larger for "Large" (2), bold when the
+// bold bit is set.
+QFont ListFont(const QFont& base, const Settings& settings);
 
 }  // namespace quillora
 

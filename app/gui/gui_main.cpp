@@ -2,11 +2,14 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QScreen>
 
+#include "app/gui/backup_dialogs.h"
 #include "app/gui/main_window.h"
 #include "app/gui/out_of_memory.h"
 #include "app/gui/qt_text.h"
 #include "app/gui/single_instance.h"
+#include "app/gui/window_commands.h"
 #include "store/string_table.h"
 
 namespace quillora {
@@ -30,6 +33,10 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
   std::unique_ptr<MainWindow> window;
   if (OpenDataContext(data_folder, &data, &error)) {
     window = std::make_unique<MainWindow>(data, clock);
+    WireWindowCommands(window.get());
+    // The work area: the screen less the desktop's panels and menu bar.
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    window->RestoreLayout(screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768));
     if (!window->Open()) window.reset();
   }
   if (!window) {
@@ -42,10 +49,10 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
                      window->showNormal();
                      window->raise();
                      window->activateWindow();
-                     window->HandleCommandLine(handed);
+                     OpenHandedFiles(window.get(), handed);
                    });
   window->show();
-  window->HandleCommandLine(arguments);
+  OpenHandedFiles(window.get(), arguments);
   return QApplication::exec();
 }
 

@@ -1,14 +1,11 @@
-// The window offscreen: what the week view lists and draws, the period bar,
+// The item list offscreen: what the week view lists and draws, the period bar,
 // a change made by another process, deletion, and the single-copy hand-over.
 #include <QPaintEngine>
 #include <QSignalSpy>
 #include <QtTest>
 
-#include "app/gui/main_window.h"
 #include "app/gui/single_instance.h"
-#include "tests/fake_prompt.h"
-#include "tests/temp_dir.h"
-#include "tests/test_time.h"
+#include "app/gui/window_test_fixture.h"
 
 namespace quillora {
 namespace {
@@ -58,28 +55,16 @@ class RecordingDevice : public QPaintDevice {
 
 using testing::At;
 
+// The handheld's item list (ListStyle 2) over a week of four entries.
 class MainWindowTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<testing::TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  testing::FakePrompt prompt_;
+  testing::WindowFixture f_;
+  MainWindow* window_ = nullptr;
 
   ObjectId Add(FileTime start, const char16_t* task, bool billable, bool paid) {
-    EntryStore store(*data_->volume);
-    store.Open();
-    TimeEntry e;
-    e.start = start;
-    e.client = u"Acme";
-    e.task = task;
-    e.duration = 150;
-    e.billable = billable;
-    e.paid = paid;
-    AddEntry(store, e);
-    return store.current_record_id();
+    return f_.Add(testing::Entry(start, u"Acme", task, 150, billable, paid));
   }
 
   QStringList ShownFirstLines() const {
@@ -93,27 +78,19 @@ class MainWindowTest : public QObject {
 
  private slots:
   void init() {
-    dir_ = std::make_unique<testing::TempDir>();
-    data_ = std::make_unique<DataContext>();
-    std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
-    data_->settings.display.paid_colour = 5;  // FF0000
     // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 21, 10, 0, 0));
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    f_.data().settings.display.paid_colour = 5;  // FF0000
+    f_.data().settings.list_style = kListStyleItems;
     Add(At(2026, 11, 15), u"At the week's start", true, true);
     Add(At(2026, 11, 18, 9, 0, 1), u"Wednesday", true, false);
     Add(At(2026, 11, 22), u"Next week", false, false);
     Add(At(2026, 11, 14, 23, 59, 59), u"Last week", false, false);
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    window_->SetPrompt(&prompt_);
-    QVERIFY(window_->Open());
+    QVERIFY(f_.OpenWindow());
+    window_ = &f_.window();
   }
 
-  void cleanup() {
-    window_.reset();
-    data_.reset();
-    dir_.reset();
-  }
+  void cleanup() { f_.Close(); }
 
   void WeekViewListsThePeriodsEntries() {
     QCOMPARE(window_->entry_model()->rowCount(), 2);
@@ -130,10 +107,10 @@ class MainWindowTest : public QObject {
     QCOMPARE(ShownFirstLines(), QStringList({"11/14/2026 1.50h (11:59 PM)"}));
     window_->period_bar()->today_button()->click();
     QCOMPARE(window_->entry_model()->rowCount(), 2);
-    window_->action("view1")->trigger();  // Day
+    window_->actions().view_day->trigger();
     QCOMPARE(window_->period().Kind(), PeriodKind::kDay);
     QCOMPARE(window_->entry_model()->rowCount(), 0);
-    QCOMPARE(data_->settings.view, 1u);
+    QCOMPARE(f_.data().settings.view, 1u);
   }
 
   void TheListDrawsTheLinesInTheStatusColour() {
@@ -166,8 +143,8 @@ class MainWindowTest : public QObject {
     };
     window_->Reload();
     QCOMPARE(tasks(), QStringList({"At the week's start", "Another", "Wednesday"}));
-    data_->settings.sort = 3;        // by task
-    data_->settings.list_style = 1;  // compact: two lines an item
+    f_.data().settings.sort = 3;        // by task
+    f_.data().settings.list_style = 1;  // compact: two lines an item
     window_->Reload();
     QCOMPARE(tasks(), QStringList({"Another", "At the week's start", "Wednesday"}));
     QCOMPARE(window_->entry_model()
@@ -179,7 +156,7 @@ class MainWindowTest : public QObject {
 
   void AChangeFromAnotherProcessShowsUp() {
     std::string error;
-    auto other = OpenSqliteObjectStore(dir_->File("data") + "/quillora.db", &error);
+    auto other = OpenSqliteObjectStore(f_.File("data") + "/quillora.db", &error);
     QVERIFY(other);
     EntryStore store(*other);
     QVERIFY(store.Open());
@@ -193,13 +170,14 @@ class MainWindowTest : public QObject {
 
   void DeletingAsksFirst() {
     window_->entry_list()->setCurrentIndex(window_->entry_model()->index(1));
-    prompt_.answers = {Answer::kNo};
-    window_->action("deleteEntry")->trigger();
+    f_.prompt().answers = {Answer::kNo};
+    window_->actions().delete_entry->trigger();
     QCOMPARE(window_->entry_model()->rowCount(), 2);
-    prompt_.answers = {Answer::kYes};
-    window_->action("deleteEntry")->trigger();
+    f_.prompt().answers = {Answer::kYes};
+    window_->actions().delete_entry->trigger();
     QTRY_COMPARE(window_->entry_model()->rowCount(), 1);
-    QCOMPARE(prompt_.shown.back().text, std::u16string(u"Are you sure to permanently delete this item?"));
+    QCOMPARE(f_.prompt().shown.back().text,
+             std::u16string(u"Are you sure to permanently delete this item?"));
   }
 
   void ALaterStartHandsItsCommandLineOver() {

@@ -1,6 +1,8 @@
 // The options pages, the "Filters" page and the quick summary, offscreen:
 // each opened from its menu command, edited, confirmed, and what the window
 // then shows and keeps.
+#include "app/gui/options_commands.h"
+
 #include <QApplication>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -10,22 +12,16 @@
 #include <QtTest>
 #include <functional>
 
-#include "app/gui/options_commands.h"
+#include "app/gui/window_test_fixture.h"
 #include "platform/file.h"
 #include "store/catalogue.h"
 #include "store/client_store.h"
-#include "tests/fake_prompt.h"
-#include "tests/temp_dir.h"
-#include "tests/test_time.h"
 
 namespace quillora {
 namespace {
 
 using testing::At;
-
-QString Q(const std::u16string& text) {
-  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
-}
+using testing::Q;
 
 // Runs `act` on the modal dialog of type D that the next command opens; a
 // dialog of another type is closed so that the test cannot hang, and fails.
@@ -49,25 +45,17 @@ class OptionsCommandsTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<testing::TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  testing::FakePrompt prompt_;
+  testing::WindowFixture f_;
+  DataContext* data_ = nullptr;
+  MainWindow* window_ = nullptr;
+  testing::FakePrompt& prompt_ = f_.prompt();
 
   void Add(FileTime start, const char16_t* client, const char16_t* project,
            std::uint32_t duration, bool billable, bool paid) {
-    EntryStore store(*data_->volume);
-    store.Open();
-    TimeEntry e;
-    e.start = start;
-    e.client = client;
+    TimeEntry e = testing::Entry(start, client, u"", duration, billable, paid);
     e.project = project;
-    e.duration = duration;
     e.rate = 1000;
-    e.billable = billable;
-    e.paid = paid;
-    AddEntry(store, e);
+    f_.Add(e);
   }
 
   QStringList ShownFirstLines() const {
@@ -89,36 +77,23 @@ class OptionsCommandsTest : public QObject {
 
  private slots:
   void init() {
-    dir_ = std::make_unique<testing::TempDir>();
-    data_ = std::make_unique<DataContext>();
-    std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
     // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 21, 10, 0, 0));
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    data_ = &f_.data();
+    data_->settings.list_style = kListStyleItems;  // the options shape the items
     Add(At(2026, 11, 15), u"Acme", u"Website", 150, true, true);
     Add(At(2026, 11, 18, 9, 0, 1), u"Globex", u"website", 50, true, false);
     Add(At(2026, 11, 19), u"Acme", u"", 100, false, false);
     Add(At(2026, 11, 22), u"Acme", u"Website", 300, true, false);  // next week
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    window_->SetPrompt(&prompt_);
-    QVERIFY(window_->Open());
+    QVERIFY(f_.OpenWindow());
+    window_ = &f_.window();
     prompt_ = testing::FakePrompt();
   }
 
-  void cleanup() {
-    window_.reset();
-    data_.reset();
-    dir_.reset();
-  }
-
-  void TheCommandsAreEnabled() {
-    for (const char* name : {"options", "filters", "summary"}) {
-      QVERIFY2(window_->action(name)->isEnabled(), name);
-    }
-  }
+  void cleanup() { f_.Close(); }
 
   void OptionsPagesShowTheirLabelsAndLists() {
-    std::unique_ptr<OptionsDialog> dialog = MakeOptionsDialog(window_.get());
+    std::unique_ptr<OptionsDialog> dialog = MakeOptionsDialog(window_);
     QStringList tabs;
     for (int i = 0; i < dialog->pages()->count(); ++i) tabs << dialog->pages()->tabText(i);
     QCOMPARE(tabs, QStringList({"General", "Defaults", "Display Elements", "Custom Fields",
@@ -175,8 +150,8 @@ class OptionsCommandsTest : public QObject {
   void ConfirmedOptionsAreSavedWholeAndShown() {
     QCOMPARE(ShownFirstLines(), QStringList({"11/15/2026 1.50h", "11/18/2026 0.50h (9:00 AM)",
                                              "11/19/2026 1.00h"}));
-    const bool found = TriggerWithModal<OptionsDialog>(
-        window_->action("options"), [](OptionsDialog* d) {
+    const bool found =
+        TriggerWithModal<OptionsDialog>(window_->actions().options, [](OptionsDialog* d) {
           d->findChild<QComboBox*>("weekStart")->setCurrentIndex(1);
           d->findChild<QComboBox*>("durationInterval")->setCurrentIndex(4);
           d->findChild<QCheckBox*>("precise")->setChecked(true);
@@ -223,10 +198,11 @@ class OptionsCommandsTest : public QObject {
 
   void CancelledOptionsChangeNothing() {
     const Settings before = data_->settings;
-    QVERIFY(TriggerWithModal<OptionsDialog>(window_->action("options"), [](OptionsDialog* d) {
-      d->findChild<QComboBox*>("weekStart")->setCurrentIndex(1);
-      d->reject();
-    }));
+    QVERIFY(
+        TriggerWithModal<OptionsDialog>(window_->actions().options, [](OptionsDialog* d) {
+          d->findChild<QComboBox*>("weekStart")->setCurrentIndex(1);
+          d->reject();
+        }));
     QVERIFY(data_->settings == before);
   }
 
@@ -257,16 +233,17 @@ class OptionsCommandsTest : public QObject {
     QVERIFY(AddClient(catalogue.clients, u"Acme") != 0);
     QStringList client_items;
     QStringList rate_items;
-    QVERIFY(TriggerWithModal<FiltersDialog>(window_->action("filters"), [&](FiltersDialog* d) {
-      QCOMPARE(d->windowTitle(), QString("Filters"));
-      QComboBox* clients = d->list(kFilterClientList);
-      for (int i = 0; i < clients->count(); ++i) client_items << clients->itemText(i);
-      QComboBox* rates = d->list(kFilterRateTypeList);
-      for (int i = 0; i < rates->count(); ++i) rate_items << rates->itemText(i);
-      clients->setCurrentIndex(1);  // Acme
-      d->paid()->setChecked(false);
-      d->accept();
-    }));
+    QVERIFY(TriggerWithModal<FiltersDialog>(
+        window_->actions().filters, [&](FiltersDialog* d) {
+          QCOMPARE(d->windowTitle(), QString("Filters"));
+          QComboBox* clients = d->list(kFilterClientList);
+          for (int i = 0; i < clients->count(); ++i) client_items << clients->itemText(i);
+          QComboBox* rates = d->list(kFilterRateTypeList);
+          for (int i = 0; i < rates->count(); ++i) rate_items << rates->itemText(i);
+          clients->setCurrentIndex(1);  // Acme
+          d->paid()->setChecked(false);
+          d->accept();
+        }));
     QCOMPARE(client_items, QStringList({"(All)", "Acme", "Globex"}));
     QCOMPARE(rate_items, QStringList({"(All)", "Normal Rate", "Overtime Rate", "Weekend Rate",
                                       "Fixed Rate", "Discount Rate"}));
@@ -279,27 +256,29 @@ class OptionsCommandsTest : public QObject {
     QCOMPARE(ShownFirstLines(), QStringList({"11/19/2026 1.00h"}));
 
     // Typed names are taken, and the page opens on the current criterion.
-    QVERIFY(TriggerWithModal<FiltersDialog>(window_->action("filters"), [](FiltersDialog* d) {
-      QCOMPARE(d->list(kFilterClientList)->currentText(), QString("Acme"));
-      QVERIFY(!d->paid()->isChecked());
-      d->list(kFilterClientList)->setEditText("Globex");
-      d->paid()->setChecked(true);
-      d->accept();
-    }));
+    QVERIFY(
+        TriggerWithModal<FiltersDialog>(window_->actions().filters, [](FiltersDialog* d) {
+          QCOMPARE(d->list(kFilterClientList)->currentText(), QString("Acme"));
+          QVERIFY(!d->paid()->isChecked());
+          d->list(kFilterClientList)->setEditText("Globex");
+          d->paid()->setChecked(true);
+          d->accept();
+        }));
     QCOMPARE(ShownFirstLines(), QStringList({"11/18/2026 0.50h (9:00 AM)"}));
 
     // Everything on "(All)" with every box checked shows everything again.
-    QVERIFY(TriggerWithModal<FiltersDialog>(window_->action("filters"), [](FiltersDialog* d) {
-      d->list(kFilterClientList)->setCurrentIndex(0);
-      d->accept();
-    }));
+    QVERIFY(
+        TriggerWithModal<FiltersDialog>(window_->actions().filters, [](FiltersDialog* d) {
+          d->list(kFilterClientList)->setCurrentIndex(0);
+          d->accept();
+        }));
     EntryFilter reset;
     QVERIFY(window_->filter() == reset);
     QCOMPARE(window_->entry_model()->rowCount(), 3);
   }
 
   void QuickSummaryTotalsTheView() {
-    std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_.get());
+    std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_);
     QCOMPARE(dialog->windowTitle(), QString("Quillora"));
     QTableWidget* table = dialog->table();
     QVERIFY(table->showGrid());
@@ -349,9 +328,9 @@ class OptionsCommandsTest : public QObject {
   }
 
   void QuickSummarySavesItsRowsAsCsv() {
-    std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_.get());
+    std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_);
     QCOMPARE(dialog->save_button()->property("command").toInt(), kCommandExportSummaryCsv);
-    const std::string path = dir_->File("summary.csv");
+    const std::string path = f_.File("summary.csv");
     prompt_.files.push_back(path);
     dialog->save_button()->click();
     QCOMPARE(prompt_.choosers.size(), std::size_t{1});
@@ -374,7 +353,7 @@ class OptionsCommandsTest : public QObject {
 
   void QuickSummaryCommandOpensTheDialog() {
     int rows = 0;
-    QVERIFY(TriggerWithModal<QuickSummaryDialog>(window_->action("summary"),
+    QVERIFY(TriggerWithModal<QuickSummaryDialog>(window_->actions().summary,
                                                  [&](QuickSummaryDialog* d) {
                                                    rows = d->table()->rowCount();
                                                    d->accept();

@@ -1,9 +1,15 @@
-// The window's view load over a store of 100,000 entries: opening on the
-// current week, and the next and previous periods. A QtTest benchmark, run
-// by hand:  ./build-bench/app/gui/quillora_window_bench -iterations 200
+// The window's table over a large store: the first paint of the window on a
+// week, a month and a year, and the move to the next period. A QtTest
+// benchmark, run by hand, offscreen, on a data folder that
+// quillora_make_store made (entries spread evenly over 2016-2025):
+//   ./build-bench/bench/quillora_make_store /tmp/q1m 1000000
+//   QUILLORA_BENCH_DATA=/tmp/q1m ./build-bench/app/gui/quillora_window_bench -iterations
+//   20
+// Without QUILLORA_BENCH_DATA it makes 100,000 entries of its own.
 #include <QtTest>
 
 #include "app/gui/main_window.h"
+#include "app/gui/window_commands.h"
 #include "tests/temp_dir.h"
 
 namespace quillora {
@@ -20,32 +26,53 @@ class WindowBench : public QObject {
   std::unique_ptr<DataContext> data_;
   std::unique_ptr<FixedClock> clock_;
 
+  // Makes, opens and paints the window on the period kind `view` (the
+  // custom period is the year 2025); the rows it shows.
+  int Paint(std::uint32_t view) {
+    data_->settings.view = view;
+    MainWindow window(*data_, *clock_);
+    WireWindowCommands(&window);
+    window.RestoreLayout(QRect(0, 0, 1366, 768));
+    if (!window.Open()) return -1;
+    window.show();
+    window.grab();
+    return static_cast<int>(window.table_model()->EntryCount());
+  }
+
  private slots:
   void initTestCase() {
-    dir_ = std::make_unique<testing::TempDir>();
     data_ = std::make_unique<DataContext>();
     std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
-    EntryStore store(*data_->volume);
-    QVERIFY(store.Open());
-    FileTime base = 0;
-    // 12,500 days of 8 entries each, the last on Saturday 2026-11-21.
-    SystemTimeToFileTime(MakeSystemTime(1992, 9, 1, 9, 0, 1), &base);
-    data_->volume->BeginBatch();
-    for (int n = 0; n < kEntries; ++n) {
-      TimeEntry e;
-      e.start = base + static_cast<FileTime>(n / kEntriesPerDay) * kTicksPerDay +
-                static_cast<FileTime>(n % kEntriesPerDay) * kTicksPerHour;
-      e.client = n % 2 ? u"Acme Corp" : u"Northwind";
-      e.project = u"Website";
-      e.task = u"Development";
-      e.duration = 25 + n % 400;
-      e.rate = 9500;
-      e.billable = n % 3 != 0;
-      AddEntry(store, e);
+    const QByteArray given = qgetenv("QUILLORA_BENCH_DATA");
+    if (given.isEmpty()) {
+      dir_ = std::make_unique<testing::TempDir>();
+      QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
+      EntryStore store(*data_->volume);
+      QVERIFY(store.Open());
+      FileTime base = 0;
+      // 12,500 days of 8 entries each, the last in 2026.
+      SystemTimeToFileTime(MakeSystemTime(1992, 9, 1, 9, 0, 1), &base);
+      data_->volume->BeginBatch();
+      for (int n = 0; n < kEntries; ++n) {
+        TimeEntry e;
+        e.start = base + static_cast<FileTime>(n / kEntriesPerDay) * kTicksPerDay +
+                  static_cast<FileTime>(n % kEntriesPerDay) * kTicksPerHour;
+        e.client = n % 2 ? u"Acme Corp" : u"Northwind";
+        e.project = u"Website";
+        e.task = u"Development";
+        e.duration = 25 + n % 400;
+        e.rate = 9500;
+        e.billable = n % 3 != 0;
+        AddEntry(store, e);
+      }
+      QVERIFY(data_->volume->CommitBatch());
+    } else {
+      QVERIFY2(OpenDataContext(given.toStdString(), data_.get(), &error), error.c_str());
     }
-    QVERIFY(data_->volume->CommitBatch());
-    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 18, 10, 0, 0));
+    // A Wednesday in June 2025, inside both volumes.
+    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2025, 6, 18, 10, 0, 0));
+    data_->settings.period_start = MakeSystemTime(2025, 1, 1);
+    data_->settings.period_end = MakeSystemTime(2025, 12, 31);
   }
 
   void cleanupTestCase() {
@@ -53,36 +80,49 @@ class WindowBench : public QObject {
     dir_.reset();
   }
 
-  void OpenOnTheCurrentWeek() {
-    int shown = 0;
-    QBENCHMARK {
-      MainWindow window(*data_, *clock_);
-      QVERIFY(window.Open());
-      shown = window.entry_model()->rowCount();
-    }
-    QVERIFY(shown > 0);
+  void FirstPaintWeek() {
+    int rows = 0;
+    QBENCHMARK { rows = Paint(2); }
+    qInfo("week: %d entries", rows);
+    QVERIFY(rows > 0);
   }
 
-  // Back one period and forward again: two loads of a full period each.
-  void PreviousAndNextWeek() {
-    MainWindow window(*data_, *clock_);
-    QVERIFY(window.Open());
-    QBENCHMARK {
-      window.period_bar()->PreviousPeriod();
-      window.period_bar()->NextPeriod();
-    }
-    QVERIFY(window.entry_model()->rowCount() > 0);
+  void FirstPaintMonth() {
+    int rows = 0;
+    QBENCHMARK { rows = Paint(3); }
+    qInfo("month: %d entries", rows);
+    QVERIFY(rows > 0);
   }
 
-  void PreviousAndNextMonth() {
+  void FirstPaintYear() {
+    int rows = 0;
+    QBENCHMARK { rows = Paint(4); }
+    qInfo("year: %d entries", rows);
+    QVERIFY(rows > 0);
+  }
+
+  // The next period, painted; every iteration moves one more week (or
+  // month) on, so no load repeats the one before.
+  void NextWeek() { NextPeriod(2); }
+  void NextMonth() { NextPeriod(3); }
+
+ private:
+  void NextPeriod(std::uint32_t view) {
+    // From January 2020, so that every move lands on a period of entries.
+    clock_->Set(MakeSystemTime(2020, 1, 15, 10, 0, 0));
+    data_->settings.view = view;
     MainWindow window(*data_, *clock_);
+    WireWindowCommands(&window);
+    window.RestoreLayout(QRect(0, 0, 1366, 768));
     QVERIFY(window.Open());
-    window.action("view3")->trigger();
+    window.show();
+    window.grab();
     QBENCHMARK {
-      window.period_bar()->PreviousPeriod();
-      window.period_bar()->NextPeriod();
+      window.NextPeriod();
+      window.grab();
     }
-    QVERIFY(window.entry_model()->rowCount() > 0);
+    QVERIFY(window.table_model()->EntryCount() > 0);
+    clock_->Set(MakeSystemTime(2025, 6, 18, 10, 0, 0));
   }
 };
 

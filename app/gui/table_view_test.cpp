@@ -1,0 +1,261 @@
+// The desktop's main window offscreen: its first size, the layout kept in the
+// registry, the timesheet table's rows, day rows and totals against the quick
+// summary, sorting, the filter bar and the keyboard.
+#include <QHeaderView>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "app/gui/window_test_fixture.h"
+#include "periods/period_entries.h"
+#include "periods/quick_summary.h"
+#include "store/settings.h"
+
+namespace quillora {
+namespace {
+
+using testing::At;
+using testing::Entry;
+using testing::Q;
+
+class TableViewTest : public QObject {
+  Q_OBJECT
+
+ private:
+  testing::WindowFixture f_;
+
+  MainWindow& W() { return f_.window(); }
+
+  QStringList ShownTasks() {
+    QStringList tasks;
+    for (const TimeEntry& e : f_.Shown()) tasks << Q(e.task);
+    return tasks;
+  }
+
+  // What the quick summary adds up for the window's period and filter.
+  QuickSummarySums* Summary(QuickSummarySums* sums) {
+    std::vector<ObjectId> ids;
+    ListPeriodEntryIds(W().entries(), W().period().GetViewRange(), W().filter(),
+                       *f_.data().locale, &ids);
+    SumEntries(W().entries(), ids, sums);
+    return sums;
+  }
+
+ private slots:
+  void init() {
+    // Saturday 2026-11-21; the week runs from Sunday the 15th.
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    const struct {
+      FileTime at;
+      const char16_t* client;
+      const char16_t* task;
+      std::uint32_t duration;
+      bool billable, paid;
+    } entries[] = {
+        {At(2026, 11, 16, 9, 0, 1), u"Acme", u"Design", 150, true, true},
+        {At(2026, 11, 16, 13, 0, 1), u"Globex", u"Support", 75, true, false},
+        {At(2026, 11, 18), u"Acme", u"Build", 325, true, false},
+        {At(2026, 11, 18, 8, 0, 1), u"Globex", u"Calls", 50, false, false},
+        {At(2026, 11, 20, 10, 0, 1), u"Globex", u"Review", 200, true, false},
+        {At(2026, 11, 25), u"Acme", u"Next week", 100, true, false},
+    };
+    for (const auto& e : entries) {
+      TimeEntry entry = Entry(e.at, e.client, e.task, e.duration, e.billable, e.paid);
+      entry.rate = 8000;
+      f_.Add(entry);
+    }
+    QVERIFY(f_.OpenWindow());
+  }
+
+  void cleanup() { f_.Close(); }
+
+  void FirstStartCoversTheWorkArea() {
+    const QRect work(0, 26, 1366, 742);
+    W().RestoreLayout(work);
+    QCOMPARE(W().geometry(), work);
+  }
+
+  void LayoutIsSavedAndRestored() {
+    W().RestoreLayout(QRect(0, 0, 1366, 768));
+    W().setGeometry(QRect(40, 50, 1000, 700));
+    QHeaderView* header = W().table()->header();
+    header->resizeSection(kColumnClient, 177);
+    header->moveSection(header->visualIndex(kColumnTask), 0);
+    header->hideSection(kColumnPhase);
+    W().SaveLayout();
+
+    f_.window_ptr().reset();
+    QVERIFY(f_.OpenWindow());
+    W().RestoreLayout(QRect(0, 0, 1366, 768));
+    QCOMPARE(W().geometry(), QRect(40, 50, 1000, 700));
+    header = W().table()->header();
+    QCOMPARE(header->sectionSize(kColumnClient), 177);
+    QVERIFY(header->isSectionHidden(kColumnPhase));
+    QCOMPARE(header->logicalIndex(0), int(kColumnTask));
+    // "ColOrder": the eleven columns left to right, 32-bit little-endian.
+    RegistryKey key;
+    QCOMPARE(
+        f_.data().registry->OpenKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key),
+        0L);
+    std::int32_t order[kTableColumns] = {};
+    QCOMPARE(ReadBinary(*f_.data().registry, key, u"ColOrder", order, sizeof order), 0L);
+    QCOMPARE(order[0], int(kColumnTask));
+    QCOMPARE(order[1], int(kColumnDate));
+    std::uint32_t width = 0;
+    QCOMPARE(ReadDword(*f_.data().registry, key, u"Column4", &width), 0L);
+    QCOMPARE(width, 0u);  // hidden
+  }
+
+  // Each day row and the totals are the quick summary's own figures, for
+  // every kind of period and with a filter.
+  void DayRowsAndTotalsAreTheQuickSummarys() {
+    const struct {
+      QAction* view;
+      const char16_t* client;  // filter
+      bool unpaid_only;
+      std::size_t days, entries;
+    } cases[] = {
+        {W().actions().view_week, u"", false, 3, 5},
+        {W().actions().view_week, u"Globex", true, 3, 3},
+        {W().actions().view_month, u"", false, 4, 6},
+        {W().actions().view_day, u"", false, 0, 0},
+    };
+    for (const auto& c : cases) {
+      W().filter().client = c.client;
+      W().filter().show_paid = !c.unpaid_only;
+      c.view->trigger();
+      W().Reload();
+      QuickSummarySums sums(f_.data().settings, *f_.data().locale);
+      const EntryTotals& expected = Summary(&sums)->totals();
+      const EntryTotals& shown = W().totals();
+      QCOMPARE(shown.entries, c.entries);
+      QCOMPARE(shown.billable_hours, expected.billable_hours);
+      QCOMPARE(shown.non_billable_hours, expected.non_billable_hours);
+      QCOMPARE(shown.unpaid_amount, expected.unpaid_amount);
+      QCOMPARE(shown.paid_amount, expected.paid_amount);
+      const auto& days = W().table_model()->days();
+      QCOMPARE(days.size(), c.days);
+      double hours = 0, amount = 0;
+      for (const DayGroup& day : days) {
+        QuickSummarySums one(f_.data().settings, *f_.data().locale);
+        const FileTime date =
+            W().table_model()->EntryAtPosition(day.first).start / kTicksPerDay;
+        for (std::size_t i = day.first; i < day.first + day.count; ++i) {
+          QCOMPARE(W().table_model()->EntryAtPosition(i).start / kTicksPerDay, date);
+          one.Add(W().table_model()->EntryAtPosition(i));
+        }
+        QCOMPARE(day.totals.hours(), one.totals().hours());
+        QCOMPARE(day.totals.amount(), one.totals().amount());
+        hours += day.totals.hours();
+        amount += day.totals.amount();
+      }
+      if (c.days) QCOMPARE(hours, shown.hours());
+      if (c.days) QCOMPARE(amount, shown.amount());
+    }
+  }
+
+  void HeaderClickSortsAndSortKeepsIt() {
+    QCOMPARE(ShownTasks(),
+             QStringList({"Design", "Support", "Build", "Calls", "Review"}));
+    W().table()->header()->sectionClicked(kColumnTask);
+    // Sorted within each day; the days stay in date order.
+    QCOMPARE(ShownTasks(),
+             QStringList({"Design", "Support", "Build", "Calls", "Review"}));
+    QCOMPARE(f_.data().settings.sort, std::uint16_t(kSortTask));
+    W().table()->header()->sectionClicked(kColumnTask);
+    QCOMPARE(ShownTasks(),
+             QStringList({"Review", "Calls", "Build", "Support", "Design"}));
+    W().table()->header()->sectionClicked(kColumnDuration);
+    QCOMPARE(ShownTasks(),
+             QStringList({"Support", "Design", "Calls", "Build", "Review"}));
+    Settings saved;
+    QVERIFY(LoadSettings(*f_.data().registry, &saved));
+    QCOMPARE(saved.sort, std::uint16_t(kSortDuration));
+    QCOMPARE(W().table()->header()->sortIndicatorSection(), int(kColumnDuration));
+  }
+
+  void FilterBarNamesTheFilterAndClears() {
+    QVERIFY(W().filter_bar()->isHidden());
+    // As `quillora filter` saves it while the window is open.
+    EntryFilter filter;
+    filter.client = u"Globex";
+    filter.show_paid = false;
+    filter.show_non_billable = false;
+    QVERIFY(SaveFilter(*f_.data().registry, filter));
+    W().PollExternalChanges();
+    QVERIFY(!W().filter_bar()->isHidden());
+    QCOMPARE(W().filter_bar()->text(), QString("Filter: Client is Globex, unpaid only"));
+    QCOMPARE(ShownTasks(), QStringList({"Support", "Review"}));
+    W().filter_bar()->clear_button()->click();
+    QVERIFY(W().filter_bar()->isHidden());
+    QCOMPARE(f_.Shown().size(), std::size_t{5});
+    EntryFilter saved;
+    QVERIFY(LoadFilter(*f_.data().registry, &saved));
+    QVERIFY(saved == EntryFilter());
+  }
+
+  void FilterDescriptions() {
+    const struct {
+      void (*set)(EntryFilter*);
+      const char* text;
+    } cases[] = {
+        {[](EntryFilter*) {}, ""},
+        {[](EntryFilter* f) {
+           f->project = u"Web";
+           f->rate_type = 1;
+         },
+         "Filter: Project is Web, Rate Type is Overtime Rate"},
+        {[](EntryFilter* f) { f->show_non_billable = false; }, "Filter: billable only"},
+        {[](EntryFilter* f) { f->show_unpaid = false; },
+         "Filter: paid and non-billable only"},
+        {[](EntryFilter* f) { SetFilterFlags(0, f); }, "Filter: no status shown"},
+    };
+    for (const auto& c : cases) {
+      EntryFilter filter;
+      c.set(&filter);
+      QCOMPARE(FilterDescription(filter), QString(c.text));
+    }
+  }
+
+  // Each key reaches its command (on a window whose commands are not wired,
+  // so that no dialog opens).
+  void EachShortcutReachesItsCommand() {
+    f_.window_ptr().reset();
+    QVERIFY(f_.OpenWindow(/*wired=*/false));
+    W().show();
+    W().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&W()));
+    W().table()->setFocus();
+    const WindowActions& a = W().actions();
+    const std::pair<QKeySequence, QAction*> keys[] = {
+        {QKeySequence(Qt::Key_Return), a.edit_entry},
+        {QKeySequence(Qt::Key_F2), a.edit_entry},
+        {QKeySequence("Ctrl+N"), a.new_entry},
+        {QKeySequence("Ctrl+D"), a.copy_entry},
+        {QKeySequence(Qt::Key_Delete), a.delete_entry},
+        {QKeySequence("Ctrl+T"), a.timers},
+        {QKeySequence("Ctrl+F"), a.filters},
+        {QKeySequence("Ctrl+Shift+F"), a.clear_filter},
+        {QKeySequence("Ctrl+1"), a.view_day},
+        {QKeySequence("Ctrl+2"), a.view_week},
+        {QKeySequence("Ctrl+3"), a.view_month},
+        {QKeySequence("Ctrl+4"), a.view_custom},
+        {QKeySequence("Alt+Left"), a.previous_period},
+        {QKeySequence("Alt+Right"), a.next_period},
+        {QKeySequence("Ctrl+Home"), a.today},
+        {QKeySequence("Ctrl+S"), a.summary},
+        {QKeySequence("Ctrl+E"), a.export_csv},
+        {QKeySequence(Qt::Key_F1), a.help},
+    };
+    for (const auto& [key, action] : keys) {
+      QSignalSpy spy(action, &QAction::triggered);
+      QTest::keySequence(W().table(), key);
+      QVERIFY2(spy.count() == 1, qPrintable(key.toString()));
+    }
+  }
+};
+
+}  // namespace
+}  // namespace quillora
+
+QTEST_MAIN(quillora::TableViewTest)
+#include "table_view_test.moc"

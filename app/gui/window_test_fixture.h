@@ -1,0 +1,106 @@
+// The main window over a fresh data folder, as the QtTest tests of the
+// window start it: one fixture for all of them.
+#ifndef QUILLORA_APP_GUI_WINDOW_TEST_FIXTURE_H_
+#define QUILLORA_APP_GUI_WINDOW_TEST_FIXTURE_H_
+
+#include <QString>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/gui/main_window.h"
+#include "app/gui/window_commands.h"
+#include "store/data_context.h"
+#include "store/time_entry.h"
+#include "tests/fake_prompt.h"
+#include "tests/temp_dir.h"
+#include "tests/test_time.h"
+
+namespace quillora::testing {
+
+inline QString Q(std::u16string_view text) {
+  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// An entry for Add(): the fields most tests set.
+inline TimeEntry Entry(FileTime start, std::u16string client, std::u16string task,
+                       std::uint32_t duration = 150, bool billable = true,
+                       bool paid = false) {
+  TimeEntry e;
+  e.start = start;
+  e.client = std::move(client);
+  e.task = std::move(task);
+  e.duration = duration;
+  e.billable = billable;
+  e.paid = paid;
+  return e;
+}
+
+class WindowFixture {
+ public:
+  // A fresh data folder; the clock stands at `now`. False when the folder
+  // cannot be opened.
+  bool OpenData(const SystemTime& now) {
+    dir_ = std::make_unique<TempDir>();
+    data_ = std::make_unique<DataContext>();
+    clock_ = std::make_unique<FixedClock>(now);
+    prompt_ = FakePrompt();
+    std::string error;
+    return OpenDataContext(dir_->File("data"), data_.get(), &error);
+  }
+
+  // Stores the entry; its record id.
+  ObjectId Add(const TimeEntry& entry) {
+    EntryStore store(*data_->volume);
+    store.Open();
+    AddEntry(store, entry);
+    return store.current_record_id();
+  }
+
+  // Makes the window, its commands wired (`wired`) or not, the prompt
+  // scripted, and opens it on the data.
+  bool OpenWindow(bool wired = true) {
+    window_ = std::make_unique<MainWindow>(*data_, *clock_);
+    if (wired) WireWindowCommands(window_.get());
+    window_->SetPrompt(&prompt_);
+    return window_->Open();
+  }
+
+  void Close() {
+    window_.reset();
+    data_.reset();
+    clock_.reset();
+    dir_.reset();
+  }
+
+  std::string File(const char* name) const { return dir_->File(name); }
+  const TempDir& dir() const { return *dir_; }
+  // The entries the window shows, in the order shown (only the view shown
+  // holds them).
+  std::vector<TimeEntry> Shown() const {
+    std::vector<TimeEntry> shown;
+    for (std::size_t i = 0; i < window_->table_model()->EntryCount(); ++i) {
+      shown.push_back(window_->table_model()->EntryAtPosition(i));
+    }
+    for (int r = 0; r < window_->entry_model()->rowCount(); ++r) {
+      shown.push_back(window_->entry_model()->EntryAt(r));
+    }
+    return shown;
+  }
+  DataContext& data() { return *data_; }
+  FixedClock& clock() { return *clock_; }
+  MainWindow& window() { return *window_; }
+  FakePrompt& prompt() { return prompt_; }
+  std::unique_ptr<MainWindow>& window_ptr() { return window_; }
+
+ private:
+  std::unique_ptr<TempDir> dir_;
+  std::unique_ptr<DataContext> data_;
+  std::unique_ptr<FixedClock> clock_;
+  std::unique_ptr<MainWindow> window_;
+  FakePrompt prompt_;
+};
+
+}  // namespace quillora::testing
+
+#endif  // QUILLORA_APP_GUI_WINDOW_TEST_FIXTURE_H_
