@@ -299,7 +299,7 @@ TEST_F(BackupTest, TheBackupCommandCountsEntriesAndClientsFromOne) {
   EXPECT_EQ(prompt_.choosers[0].flags, kFileOverwritePrompt | kFileHideReadOnly);
   EXPECT_EQ(
       prompt_.progress_title,
-      u"Please wait while backup is in progress. You must not turn off the Pocket PC. "
+      u"Please wait while backup is in progress. You must not turn off the computer. "
       u"This may take a few minutes.");
   EXPECT_EQ(prompt_.progress_total, 3);
   EXPECT_EQ(prompt_.progress_texts,
@@ -406,7 +406,7 @@ TEST_F(BackupTest, TheRestoreCommandReportsFailuresAndUnsupportedFiles) {
   }
   EXPECT_EQ(prompt_.choosers.back().flags, 0x804u);
   EXPECT_EQ(prompt_.progress_title,
-            u"Data restore is in progress. Please do not turn off the Pocket PC. Please "
+            u"Data restore is in progress. Please do not turn off the computer. Please "
             u"wait...");
   EXPECT_EQ(EntryCount(b_), 1);
 }

@@ -307,7 +307,7 @@ class DataDialogsTest : public QObject {
     QCOMPARE(Shown(), 3);
     QCOMPARE(Texts(),
              QStringList({"All data within the selected criteria will be permanently "
-                          "deleted.  Tap OK to delete or Cancel to cancel the "
+                          "deleted.  Click OK to delete or Cancel to cancel the "
                           "operation."}));
     prompt_.answers = {Answer::kOk};
     int deleted = 0;

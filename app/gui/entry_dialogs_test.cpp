@@ -16,6 +16,8 @@
 #include "tests/temp_dir.h"
 #include "timekeeping/duration.h"
 
+#include <sys/stat.h>
+
 namespace quillora {
 namespace {
 
@@ -293,6 +295,10 @@ class EntryDialogsTest : public QObject {
     QCOMPARE(copy.canvas()->strokes(), note->canvas()->strokes());
     QVERIFY(NoteEdit().Blob().empty());
 
+    // The document is written where only the user can read it.
+    struct stat st {};
+    QCOMPARE(::stat(QFile::encodeName(dialog.document_folder()).constData(), &st), 0);
+    QCOMPARE(st.st_mode & 0777, 0700u);
     dialog.SetDocumentFolder(ToQString(FromUtf8(dir_->path())));
     QString opened;
     dialog.SetDocumentOpener([&](const QString& path) {
