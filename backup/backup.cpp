@@ -57,8 +57,12 @@ bool BackupWriter::WriteContentWord(BackupFile& file, CompoundStream data_versio
 
 bool BackupWriter::WriteEntryStream(BackupFile& file, CompoundStorage records, int number,
                                     const TimeEntry& entry) {
-  return file.WriteStream(records, NumberedName(u"Record", number),
-                          EncodeEntryRecord(entry));
+  if (!file.WriteStream(records, NumberedName(u"Record", number),
+                        EncodeEntryRecord(entry))) {
+    return false;
+  }
+  ++counts_.entries;
+  return true;
 }
 
 bool BackupWriter::WriteRecords(BackupFile& file, CompoundStorage records) {
@@ -78,7 +82,8 @@ bool BackupWriter::WriteRecords(BackupFile& file, CompoundStorage records) {
 bool BackupWriter::WriteClientStorage(BackupFile& file, CompoundStorage clients,
                                       int number, const Client& client) {
   CompoundStorage storage;
-  return file.CreateStorage(clients, NumberedName(u"Client", number), &storage) &&
+  const bool written =
+      file.CreateStorage(clients, NumberedName(u"Client", number), &storage) &&
          file.WriteStream(storage, kNameStream, EncodeClientName(client.name)) &&
          file.WriteStream(
              storage, kProjectTasksStream,
@@ -89,6 +94,8 @@ bool BackupWriter::WriteClientStorage(BackupFile& file, CompoundStorage clients,
                           EncodeNames(ItemsOf(catalogue_.contacts, client.number))) &&
          file.WriteStream(storage, kRatesStream,
                           EncodeRates(RatesOf(catalogue_.rates, client.number)));
+  if (written) ++counts_.clients;
+  return written;
 }
 
 bool BackupWriter::WriteClients(BackupFile& file) {
@@ -115,6 +122,7 @@ bool BackupWriter::ReadRecord(const CompoundReader& reader, CompoundStream recor
       !DecodeEntryRecord(bytes, &entry) || !AddEntry(entries_, entry) || !Added()) {
     return false;
   }
+  ++counts_.entries;
   Step();
   return true;
 }
@@ -136,6 +144,7 @@ bool BackupWriter::RestoreClient(const CompoundReader& reader, CompoundStorage s
     if (!FindClient(catalogue_.clients, name, &found)) {
       AddClient(catalogue_.clients, name);
       if (!FindClient(catalogue_.clients, name, &found) || !Added()) return false;
+      ++counts_.clients;
     }
     number = found.number;
   }
@@ -353,7 +362,8 @@ FileChooser BackupChooser(std::uint32_t flags) {
 }  // namespace
 
 BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
-                            const Locale& locale, UserPrompt& prompt, FileSystem& files) {
+                            const Locale& locale, UserPrompt& prompt, FileSystem& files,
+                            BackupCounts* counts) {
   const auto path =
       prompt.ChooseFileToSave(BackupChooser(kFileOverwritePrompt | kFileHideReadOnly));
   if (!path) return BackupOutcome::kCancelled;
@@ -365,13 +375,14 @@ BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
   progress.Start();
   const bool done = Backup(writer, files, *path);
   prompt.EndProgress();
+  if (counts != nullptr) *counts = writer.counts();
   if (done) return BackupOutcome::kDone;
   prompt.ShowMessage(kAppTitle, LoadString(kIdsBackupFailed), MessageIcon::kError);
   return BackupOutcome::kFailed;
 }
 
 int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                   UserPrompt& prompt, FileSystem& files) {
+                   UserPrompt& prompt, FileSystem& files, BackupCounts* counts) {
   const auto path =
       prompt.ChooseFileToOpen(BackupChooser(kFilePathMustExist | kFileHideReadOnly));
   if (!path) return kRestoreCancelled;
@@ -382,6 +393,7 @@ int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& loca
     writer.set_progress(&progress);
     result = Restore(writer, files, *path);
   }
+  if (counts != nullptr) *counts = writer.counts();
   if (result == kRestoreFailed) {
     prompt.ShowMessage(kAppTitle, LoadString(kIdsRestoreFailed), MessageIcon::kError);
   } else if (result == kRestoreVersionNotSupported) {
