@@ -84,16 +84,16 @@ bool BackupWriter::WriteClientStorage(BackupFile& file, CompoundStorage clients,
   CompoundStorage storage;
   const bool written =
       file.CreateStorage(clients, NumberedName(u"Client", number), &storage) &&
-         file.WriteStream(storage, kNameStream, EncodeClientName(client.name)) &&
-         file.WriteStream(
-             storage, kProjectTasksStream,
-             EncodeProjectTasks(ProjectRecords(catalogue_.projects, client.number))) &&
-         file.WriteStream(storage, kTasksStream,
-                          EncodeNames(ItemsOf(catalogue_.tasks, client.number))) &&
-         file.WriteStream(storage, kContactsStream,
-                          EncodeNames(ItemsOf(catalogue_.contacts, client.number))) &&
-         file.WriteStream(storage, kRatesStream,
-                          EncodeRates(RatesOf(catalogue_.rates, client.number)));
+      file.WriteStream(storage, kNameStream, EncodeClientName(client.name)) &&
+      file.WriteStream(
+          storage, kProjectTasksStream,
+          EncodeProjectTasks(ProjectRecords(catalogue_.projects, client.number))) &&
+      file.WriteStream(storage, kTasksStream,
+                       EncodeNames(ItemsOf(catalogue_.tasks, client.number))) &&
+      file.WriteStream(storage, kContactsStream,
+                       EncodeNames(ItemsOf(catalogue_.contacts, client.number))) &&
+      file.WriteStream(storage, kRatesStream,
+                       EncodeRates(RatesOf(catalogue_.rates, client.number)));
   if (written) ++counts_.clients;
   return written;
 }

@@ -53,8 +53,8 @@ const std::u16string& LoadString(int id) {
       {kIdsCustomFieldsPage, u"Custom Fields"},
       {kIdsNotesPage, u"Notes"},
       {kIdsEditInWordPrompt,
-       u"When finished editing and saving the note in your text editor, click OK to update "
-       u"Quillora."},
+       u"When finished editing and saving the note in your text editor, click OK to "
+       u"update Quillora."},
       {kIdsExportNoteFailed,
        u"Export note failed. Please make sure there is enough storage space and try "
        u"again."},

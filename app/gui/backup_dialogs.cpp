@@ -5,8 +5,8 @@
 
 #include "app/gui/dialog_support.h"
 #include "app/gui/file_command_prompt.h"
-#include "app/gui/written_file_notice.h"
 #include "app/gui/main_window.h"
+#include "app/gui/written_file_notice.h"
 #include "platform/file.h"
 #include "store/string_table.h"
 
@@ -42,9 +42,10 @@ QString Today(MainWindow* window) {
 // Says what a restore added, from which file.
 void ShowRestored(MainWindow* window, const BackupCounts& added, const QString& file,
                   bool with_clients) {
-  const QString what = with_clients ? QObject::tr("%1 and %2").arg(Entries(added.entries),
-                                                                    Clients(added.clients))
-                                    : Entries(added.entries);
+  const QString what =
+      with_clients
+          ? QObject::tr("%1 and %2").arg(Entries(added.entries), Clients(added.clients))
+          : Entries(added.entries);
   ShowNotice(window, QObject::tr("Added %1 from %2").arg(what, Native(file)));
 }
 

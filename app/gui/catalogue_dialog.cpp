@@ -115,10 +115,14 @@ class ListExportPrompt : public UserPrompt {
 // The suggested name of a list file: what the list holds.
 QString ListFileName(ListKind kind) {
   switch (kind) {
-    case ListKind::kProjects: return "projects.txt";
-    case ListKind::kTasks: return "tasks.txt";
-    case ListKind::kContacts: return "contacts.txt";
-    default: break;
+    case ListKind::kProjects:
+      return "projects.txt";
+    case ListKind::kTasks:
+      return "tasks.txt";
+    case ListKind::kContacts:
+      return "contacts.txt";
+    default:
+      break;
   }
   return "clients.txt";
 }

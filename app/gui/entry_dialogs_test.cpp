@@ -1,6 +1,8 @@
 // The entry editor, notes, copy and the timers offscreen: the path from a
 // timer to an entry in the week view, the editor's refusals, notes with a
 // drawing, and the timers' buttons.
+#include <sys/stat.h>
+
 #include <QApplication>
 #include <QFile>
 #include <QtTest>
@@ -15,8 +17,6 @@
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
 #include "timekeeping/duration.h"
-
-#include <sys/stat.h>
 
 namespace quillora {
 namespace {

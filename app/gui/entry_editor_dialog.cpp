@@ -1,5 +1,8 @@
 #include "app/gui/entry_editor_dialog.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -15,9 +18,6 @@
 
 #include "app/gui/qt_text.h"
 #include "store/string_table.h"
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace quillora {
 namespace {
@@ -97,7 +97,8 @@ QString PrivateDocumentFolder() {
       st.st_uid != ::getuid()) {
     return QString();
   }
-  if ((st.st_mode & 0777) != 0700 && ::chmod(path.constData(), 0700) != 0) return QString();
+  if ((st.st_mode & 0777) != 0700 && ::chmod(path.constData(), 0700) != 0)
+    return QString();
   return folder;
 }
 

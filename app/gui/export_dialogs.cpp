@@ -7,9 +7,9 @@
 
 #include "app/gui/dialog_support.h"
 #include "app/gui/file_command_prompt.h"
-#include "app/gui/written_file_notice.h"
 #include "app/gui/help.h"
 #include "app/gui/main_window.h"
+#include "app/gui/written_file_notice.h"
 #include "platform/file.h"
 #include "store/string_table.h"
 

@@ -1,10 +1,11 @@
 #include "app/gui/gui_prompt.h"
-#include "app/gui/qt_text.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+
+#include "app/gui/qt_text.h"
 
 namespace quillora {
 namespace {
@@ -74,10 +75,9 @@ Answer GuiPrompt::Ask(const std::u16string& title, const std::u16string& text,
 }
 
 std::optional<std::string> GuiPrompt::ChooseFileToOpen(const FileChooser& chooser) {
-  const QString path =
-      QFileDialog::getOpenFileName(parent_, ToQString(chooser.title),
-                                   QString::fromStdString(chooser.start_path),
-                                   QtFileFilter(chooser.filter));
+  const QString path = QFileDialog::getOpenFileName(
+      parent_, ToQString(chooser.title), QString::fromStdString(chooser.start_path),
+      QtFileFilter(chooser.filter));
   if (path.isEmpty()) return std::nullopt;
   return path.toStdString();
 }

@@ -1,5 +1,4 @@
 #include "app/gui/quick_summary_dialog.h"
-#include "app/gui/qt_text.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -10,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "app/gui/file_command_prompt.h"
+#include "app/gui/qt_text.h"
 #include "app/gui/written_file_notice.h"
 #include "store/string_table.h"
 
@@ -82,7 +82,8 @@ QuickSummaryDialog::QuickSummaryDialog(std::vector<QuickSummaryRow> rows,
 
 SummaryCsvResult QuickSummaryDialog::SaveAsCsv() {
   FileCommandPrompt prompt(prompt_, registry_, suggested_name_);
-  const SummaryCsvResult result = ExportQuickSummaryCsv(rows_, prompt, files_, code_page_);
+  const SummaryCsvResult result =
+      ExportQuickSummaryCsv(rows_, prompt, files_, code_page_);
   if (result == SummaryCsvResult::kWritten) {
     ShowNotice(this,
                tr("Saved the quick summary to %1")

@@ -1,7 +1,9 @@
 #include "app/gui/rate_edit_dialog.h"
 
+#include <QAbstractItemView>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include "app/gui/qt_text.h"
@@ -27,6 +29,11 @@ RateEditDialog::RateEditDialog(RateStore& rates, const Locale& locale, UserPromp
     type_->addItem(RateTypeIcon(t), ToQString(RateTypeName(t)));
   }
   type_->setPlaceholderText(tr("(choose a type)"));
+  // The list opens as wide as its longest type with its icon, whatever the
+  // box's width: "Overtime Rate" is never cut.
+  QAbstractItemView* list = type_->view();
+  list->setMinimumWidth(list->sizeHintForColumn(0) + 2 * list->frameWidth() +
+                        list->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
   type_->setCurrentIndex(rate.record_id && rate.type < kRateTypeCount ? rate.type : -1);
   description_->setObjectName("description");
   value_->setObjectName("value");

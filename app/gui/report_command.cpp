@@ -5,10 +5,10 @@
 
 #include "app/gui/dialog_support.h"
 #include "app/gui/file_command_prompt.h"
-#include "app/gui/written_file_notice.h"
 #include "app/gui/help.h"
 #include "app/gui/main_window.h"
 #include "app/gui/report_dialogs.h"
+#include "app/gui/written_file_notice.h"
 #include "platform/file.h"
 #include "reports/html_report.h"
 #include "store/string_table.h"
@@ -17,7 +17,8 @@ namespace quillora {
 
 std::u16string NoSavedReportOffer() {
   return LoadString(kIdsNoSavedReport) +
-         FromQString(QObject::tr("\n\nDo you want to make one in the report editor now?"));
+         FromQString(
+             QObject::tr("\n\nDo you want to make one in the report editor now?"));
 }
 
 FileChooser ReportFileChooser() {
@@ -50,7 +51,8 @@ bool GenerateReportFromWindow(MainWindow* window, const ReportDefinition& defini
     return false;
   }
   const QString file = QString::fromStdString(*path);
-  ShowNotice(window, QObject::tr("Saved the report to %1").arg(QDir::toNativeSeparators(file)),
+  ShowNotice(window,
+             QObject::tr("Saved the report to %1").arg(QDir::toNativeSeparators(file)),
              file);
   OpenUrl(QUrl::fromLocalFile(file));
   return true;

@@ -6,8 +6,9 @@
 
 #include "app/gui/main_window.h"
 #include "app/gui/screenshots_catalogue.h"
-#include "app/gui/screenshots_options.h"
 #include "app/gui/screenshots_data.h"
+#include "app/gui/screenshots_options.h"
+#include "app/gui/screenshots_small.h"
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
 
@@ -79,5 +80,6 @@ int main(int argc, char** argv) {
   ShootOptionsDialogs(&window, out);
   ShootDataDialogs(&window, out);
   ShootEntryDialogs(data, store, clock, out);
+  ShootSmallDialogs(&window, out);
   return 0;
 }
