@@ -9,6 +9,7 @@
 #include "app/gui/screenshots_data.h"
 #include "app/gui/screenshots_options.h"
 #include "app/gui/screenshots_small.h"
+#include "app/gui/window_commands.h"
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
 
@@ -72,6 +73,7 @@ int main(int argc, char** argv) {
 
   FixedClock clock(MakeSystemTime(2026, 11, 18, 10, 0, 0));
   MainWindow window(data, clock);
+  WireWindowCommands(&window);
   if (!window.Open()) return 1;
   window.entry_list()->setCurrentIndex(window.entry_model()->index(1));
   Shoot(&window, QSize(240, 320), out + "/main-window-handheld.png");
