@@ -129,17 +129,24 @@ void ApplyDesktopPalette() {
   }
 }
 
+int Luma(const QColor& colour) {
+  return (299 * colour.red() + 587 * colour.green() + 114 * colour.blue()) / 1000;
+}
+
 QColor ReadableOn(const QColor& colour, const QColor& background) {
-  // Lightness apart by less than this reads poorly.
+  // Brightness apart by less than this reads poorly.
   constexpr int kLeast = 96;
-  const int bg = background.lightness();
-  if (std::abs(colour.lightness() - bg) >= kLeast) return colour;
-  QColor turned = colour.toHsl();
-  int lightness = 255 - turned.lightness();
-  // Still too close (a mid grey on a mid grey): as far from it as there is.
-  if (std::abs(lightness - bg) < kLeast) lightness = bg < 128 ? 230 : 30;
-  turned.setHsl(turned.hslHue(), turned.hslSaturation(), lightness, turned.alpha());
-  return turned.toRgb();
+  const int behind = Luma(background);
+  if (std::abs(Luma(colour) - behind) >= kLeast) return colour;
+  // Lighter on a dark background, darker on a light one, in the same hue.
+  const bool lighter = behind < 128;
+  const QColor hsl = colour.toHsl();
+  for (int l = hsl.lightness(); l >= 0 && l <= 255; l += lighter ? 8 : -8) {
+    const QColor turned =
+        QColor::fromHsl(hsl.hslHue(), hsl.hslSaturation(), l, hsl.alpha());
+    if (std::abs(Luma(turned) - behind) >= kLeast) return turned.toRgb();
+  }
+  return lighter ? QColor(Qt::white) : QColor(Qt::black);
 }
 
 }  // namespace quillora

@@ -31,9 +31,12 @@ QPalette DarkPalette();
 // palette. Otherwise the platform's palette stays.
 void ApplyDesktopPalette();
 
+// The brightness the eye sees, 0 to 255 (the video luma weights).
+int Luma(const QColor& colour);
+
 // `colour` (a colour the user chose, or a fixed one) made readable on
-// `background`: when the two are too close in lightness, the colour's
-// lightness is turned over so that its hue stays.
+// `background`: when their brightness is too close, the colour is made
+// lighter (on a dark background) or darker in its own hue until it reads.
 QColor ReadableOn(const QColor& colour, const QColor& background);
 
 }  // namespace quillora

@@ -5,6 +5,7 @@
 #include <QFormLayout>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/gui/qt_text.h"
 #include "app/gui/rate_icons.h"
@@ -30,10 +31,14 @@ RateEditDialog::RateEditDialog(RateStore& rates, const Locale& locale, UserPromp
   }
   type_->setPlaceholderText(tr("(choose a type)"));
   // The list opens as wide as its longest type with its icon, whatever the
-  // box's width: "Overtime Rate" is never cut.
-  QAbstractItemView* list = type_->view();
-  list->setMinimumWidth(list->sizeHintForColumn(0) + 2 * list->frameWidth() +
-                        list->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+  // box's width: "Overtime Rate" is never cut. The list draws its items as
+  // menu items, with room for a check mark before the icon.
+  int widest = 0;
+  for (int t = 0; t < type_->count(); ++t) {
+    widest = std::max(widest, type_->fontMetrics().horizontalAdvance(type_->itemText(t)));
+  }
+  const int bar = type_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  type_->view()->setMinimumWidth(widest + type_->iconSize().width() + 4 * bar);
   type_->setCurrentIndex(rate.record_id && rate.type < kRateTypeCount ? rate.type : -1);
   description_->setObjectName("description");
   value_->setObjectName("value");

@@ -79,6 +79,11 @@ void ShootSmallDialogs(MainWindow* window, const QString& out) {
 
   ShootRateTypeList(data, prompt, out + "/rate-type-list.png");
 
+  window->SwitchKind(PeriodKind::kCustom);
+  ShootModal([&] { window->period_bar()->caption_button()->click(); },
+             out + "/custom-period.png");
+  window->SwitchKind(PeriodKind::kWeek);
+
   // The notice after an export, in the window as it opens on a desktop.
   ShowNotice(window, "Exported 5 entries to /home/ann/Documents/quillora-2026-11-15.csv",
              "/home/ann/Documents/quillora-2026-11-15.csv");
