@@ -6,6 +6,7 @@
 #include <QStatusBar>
 #include <QStyle>
 #include <QUrl>
+#include <algorithm>
 
 #include "app/gui/help.h"
 
@@ -43,11 +44,23 @@ WrittenFileNotice::WrittenFileNotice(QWidget* parent)
 
 void WrittenFileNotice::Show(const QString& text, const QString& file) {
   file_ = file;
-  label_->setText(text);
+  text_ = text;
   label_->setToolTip(text);
+  Elide();
   open_->setVisible(!file.isEmpty());
   open_folder_->setVisible(!file.isEmpty());
   setVisible(!text.isEmpty());
+}
+
+void WrittenFileNotice::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  Elide();
+}
+
+void WrittenFileNotice::Elide() {
+  // The middle of a long path goes first, so the file's name stays in view.
+  label_->setText(label_->fontMetrics().elidedText(text_, Qt::ElideMiddle,
+                                                   std::max(label_->width(), 1)));
 }
 
 WrittenFileNotice* NoticeOf(QWidget* widget) {

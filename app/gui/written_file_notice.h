@@ -23,16 +23,23 @@ class WrittenFileNotice : public QWidget {
   // OpenUrl, never a shell). Without one, only the text.
   void Show(const QString& text, const QString& file);
 
-  QString text() const { return label_->text(); }
+  // The whole text (the label shows it cut in the middle when narrow).
+  const QString& text() const { return text_; }
   const QString& file() const { return file_; }
   QToolButton* open_button() const { return open_; }
   QToolButton* open_folder_button() const { return open_folder_; }
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  void Elide();
+
   QLabel* label_;
   QToolButton* open_;
   QToolButton* open_folder_;
   QString file_;
+  QString text_;
 };
 
 // The notice of the main window that `widget` belongs to (through its parent
