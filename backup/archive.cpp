@@ -134,12 +134,13 @@ FileChooser ArchiveChooser() {
 
 BackupOutcome ArchiveCommand(EntryStore& entries, Catalogue& catalogue,
                              const Locale& locale, UserPrompt& prompt, FileSystem& files,
-                             const ArchiveRequest& request) {
+                             const ArchiveRequest& request, BackupCounts* counts) {
   const auto path = prompt.ChooseFileToSave(ArchiveChooser());
   if (!path) return BackupOutcome::kCancelled;
   ArchiveWriter writer(entries, catalogue, locale, request.type, request.start,
                        request.end, request.clients);
   bool done = Backup(writer, files, *path);
+  if (counts != nullptr) *counts = writer.counts();
   if (done && request.delete_when_archived) {
     done = request.type == kArchiveClientData
                ? DeleteArchivedClients(catalogue, request.clients)
@@ -151,11 +152,12 @@ BackupOutcome ArchiveCommand(EntryStore& entries, Catalogue& catalogue,
 }
 
 int ArchiveRestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                          UserPrompt& prompt, FileSystem& files) {
+                          UserPrompt& prompt, FileSystem& files, BackupCounts* counts) {
   const auto path = prompt.ChooseFileToOpen(ArchiveChooser());
   if (!path) return kRestoreCancelled;
   ArchiveWriter writer(entries, catalogue, locale, kArchiveData, 0, 0, {});
   const int result = Restore(writer, files, *path);
+  if (counts != nullptr) *counts = writer.counts();
   switch (result) {
     case kRestoreOk:
       prompt.ShowMessage(kAppTitle, LoadString(kIdsArchiveRestored),

@@ -84,18 +84,21 @@ struct ArchiveRequest {
 // deletion was asked for, the deletion. A failure of either shows "Archive
 // operation has failed. Please make sure you have enough space on storage
 // device and try again." (error icon); a failed write deletes nothing.
+// `counts`, when given, gets what was written.
 BackupOutcome ArchiveCommand(EntryStore& entries, Catalogue& catalogue,
                              const Locale& locale, UserPrompt& prompt, FileSystem& files,
-                             const ArchiveRequest& request);
+                             const ArchiveRequest& request,
+                             BackupCounts* counts = nullptr);
 
 // The Archive Restore command: the open-file chooser, then the restore with
 // an archive writer of type 2, reported by its result: 0 "Archive file has
 // been restored." (information), 1 "Archive file cannot be loaded. The file
 // may be created by Quillora prior to version 2.3." (error), 2 nothing,
 // 3 "Only Archive file with data can be restored." (warning). The restore
-// result, or kRestoreCancelled.
+// result, or kRestoreCancelled; `counts`, when given, gets the entries added.
 int ArchiveRestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                          UserPrompt& prompt, FileSystem& files);
+                          UserPrompt& prompt, FileSystem& files,
+                          BackupCounts* counts = nullptr);
 
 }  // namespace quillora
 

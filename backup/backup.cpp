@@ -58,8 +58,12 @@ bool BackupWriter::WriteContentWord(BackupFile& file, CompoundStream data_versio
 
 bool BackupWriter::WriteEntryStream(BackupFile& file, CompoundStorage records, int number,
                                     const TimeEntry& entry) {
-  return file.WriteStream(records, NumberedName(u"Record", number),
-                          EncodeEntryRecord(entry));
+  if (!file.WriteStream(records, NumberedName(u"Record", number),
+                        EncodeEntryRecord(entry))) {
+    return false;
+  }
+  ++counts_.entries;
+  return true;
 }
 
 bool BackupWriter::WriteRecords(BackupFile& file, CompoundStorage records) {
@@ -79,17 +83,20 @@ bool BackupWriter::WriteRecords(BackupFile& file, CompoundStorage records) {
 bool BackupWriter::WriteClientStorage(BackupFile& file, CompoundStorage clients,
                                       int number, const Client& client) {
   CompoundStorage storage;
-  return file.CreateStorage(clients, NumberedName(u"Client", number), &storage) &&
-         file.WriteStream(storage, kNameStream, EncodeClientName(client.name)) &&
-         file.WriteStream(
-             storage, kProjectTasksStream,
-             EncodeProjectTasks(ProjectRecords(catalogue_.projects, client.number))) &&
-         file.WriteStream(storage, kTasksStream,
-                          EncodeNames(ItemsOf(catalogue_.tasks, client.number))) &&
-         file.WriteStream(storage, kContactsStream,
-                          EncodeNames(ItemsOf(catalogue_.contacts, client.number))) &&
-         file.WriteStream(storage, kRatesStream,
-                          EncodeRates(RatesOf(catalogue_.rates, client.number)));
+  const bool written =
+      file.CreateStorage(clients, NumberedName(u"Client", number), &storage) &&
+      file.WriteStream(storage, kNameStream, EncodeClientName(client.name)) &&
+      file.WriteStream(
+          storage, kProjectTasksStream,
+          EncodeProjectTasks(ProjectRecords(catalogue_.projects, client.number))) &&
+      file.WriteStream(storage, kTasksStream,
+                       EncodeNames(ItemsOf(catalogue_.tasks, client.number))) &&
+      file.WriteStream(storage, kContactsStream,
+                       EncodeNames(ItemsOf(catalogue_.contacts, client.number))) &&
+      file.WriteStream(storage, kRatesStream,
+                       EncodeRates(RatesOf(catalogue_.rates, client.number)));
+  if (written) ++counts_.clients;
+  return written;
 }
 
 bool BackupWriter::WriteClients(BackupFile& file) {
@@ -116,7 +123,7 @@ bool BackupWriter::ReadRecord(const CompoundReader& reader, CompoundStream recor
       !DecodeEntryRecord(bytes, &entry) || !AddEntry(entries_, entry)) {
     return false;
   }
-  ++entries_added_;
+  ++counts_.entries;
   if (!Added()) return false;
   Step();
   return true;
@@ -139,7 +146,7 @@ bool BackupWriter::RestoreClient(const CompoundReader& reader, CompoundStorage s
     if (!FindClient(catalogue_.clients, name, &found)) {
       AddClient(catalogue_.clients, name);
       if (!FindClient(catalogue_.clients, name, &found)) return false;
-      ++clients_added_;
+      ++counts_.clients;
       if (!Added()) return false;
     }
     number = found.number;
@@ -358,7 +365,8 @@ FileChooser BackupChooser(std::uint32_t flags) {
 }  // namespace
 
 BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
-                            const Locale& locale, UserPrompt& prompt, FileSystem& files) {
+                            const Locale& locale, UserPrompt& prompt, FileSystem& files,
+                            BackupCounts* counts) {
   const auto path =
       prompt.ChooseFileToSave(BackupChooser(kFileOverwritePrompt | kFileHideReadOnly));
   if (!path) return BackupOutcome::kCancelled;
@@ -370,6 +378,7 @@ BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
   progress.Start();
   const bool done = Backup(writer, files, *path);
   prompt.EndProgress();
+  if (counts != nullptr) *counts = writer.counts();
   if (done) return BackupOutcome::kDone;
   prompt.ShowMessage(kAppTitle, LoadString(kIdsBackupFailed), MessageIcon::kError);
   return BackupOutcome::kFailed;
@@ -377,8 +386,8 @@ BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
 
 void ShowRestoreFailure(UserPrompt& prompt, const std::u16string& text, MessageIcon icon,
                         const BackupWriter& writer) {
-  const int entries = writer.entries_added();
-  const int clients = writer.clients_added();
+  const int entries = writer.counts().entries;
+  const int clients = writer.counts().clients;
   if (entries == 0 && clients == 0) {
     prompt.ShowMessage(kAppTitle, text, icon);
     return;
@@ -394,7 +403,7 @@ void ShowRestoreFailure(UserPrompt& prompt, const std::u16string& text, MessageI
 }
 
 int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                   UserPrompt& prompt, FileSystem& files) {
+                   UserPrompt& prompt, FileSystem& files, BackupCounts* counts) {
   const auto path =
       prompt.ChooseFileToOpen(BackupChooser(kFilePathMustExist | kFileHideReadOnly));
   if (!path) return kRestoreCancelled;
@@ -405,6 +414,7 @@ int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& loca
     writer.set_progress(&progress);
     result = Restore(writer, files, *path);
   }
+  if (counts != nullptr) *counts = writer.counts();
   if (result == kRestoreFailed) {
     ShowRestoreFailure(prompt, LoadString(kIdsRestoreFailed), MessageIcon::kError,
                        writer);

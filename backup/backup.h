@@ -40,6 +40,13 @@ enum RestoreResult : int {
 // What the restore commands answer when the user cancelled the file chooser.
 inline constexpr int kRestoreCancelled = -1;
 
+// How many entries and clients a backup or an archive wrote, or a restore
+// added: a restore counts only the clients that were not there before.
+struct BackupCounts {
+  int entries = 0;
+  int clients = 0;
+};
+
 // Told of the progress of a backup or restore, as the device's progress
 // dialog was told by posted messages.
 class WriterProgress {
@@ -86,10 +93,8 @@ class BackupWriter {
 
   // The progress to tell, or null (the default) for none. Not owned.
   void set_progress(WriterProgress* progress) { progress_ = progress; }
-
-  // What a restore added so far: entries, and clients new to the catalogue.
-  int entries_added() const { return entries_added_; }
-  int clients_added() const { return clients_added_; }
+  // What this writer has written or added so far.
+  const BackupCounts& counts() const { return counts_; }
 
  protected:
   // Writes `entry` as "Record<number>" into `records`.
@@ -109,13 +114,12 @@ class BackupWriter {
   Catalogue& catalogue_;
   const Locale& locale_;
   WriterProgress* progress_ = nullptr;
+  BackupCounts counts_;
 
  private:
   friend int Restore(BackupWriter& writer, FileSystem& files, const std::string& path);
   bool RestoreClient(const CompoundReader& reader, CompoundStorage storage);
   WriteBatch* batch_ = nullptr;  // set by Restore while it runs
-  int entries_added_ = 0;
-  int clients_added_ = 0;
 };
 
 // After a restore that failed part-way: the system's message, and the
@@ -151,17 +155,20 @@ enum class BackupOutcome { kCancelled, kDone, kFailed };
 // while backup is in progress. ...", counted "Backing up record %d..." over
 // entries and clients) and the backup; on failure "Backup has failed. Please
 // make sure you have enough space on the storage device." (error icon).
+// `counts`, when given, gets what was written.
 BackupOutcome BackupCommand(EntryStore& entries, Catalogue& catalogue,
-                            const Locale& locale, UserPrompt& prompt, FileSystem& files);
+                            const Locale& locale, UserPrompt& prompt, FileSystem& files,
+                            BackupCounts* counts = nullptr);
 
 // The Restore command: the open-file chooser (same filter, path must exist);
 // on a file, the progress ("Data restore is in progress. ...") and the
 // restore; result 1 shows "Restore has failed. Please select a different
 // backup and try again.", result 2 "This backup file is not supported and
 // cannot be used to restore data. Please select a different backup file."
-// (error icon). The restore result, or kRestoreCancelled.
+// (error icon). The restore result, or kRestoreCancelled; `counts`, when
+// given, gets what was added.
 int RestoreCommand(EntryStore& entries, Catalogue& catalogue, const Locale& locale,
-                   UserPrompt& prompt, FileSystem& files);
+                   UserPrompt& prompt, FileSystem& files, BackupCounts* counts = nullptr);
 
 // "Backing up record %d..." filled with `counter`.
 std::u16string BackingUpRecordText(int counter);

@@ -29,9 +29,12 @@ class BackupTest : public testing::BackupFixture {
     BackupWriter writer(data.entries, data.catalogue, *locale_);
     return Backup(writer, files, path);
   }
-  int RestoreInto(testing::TestData& data, const std::string& path) {
+  int RestoreInto(testing::TestData& data, const std::string& path,
+                  BackupCounts* counts = nullptr) {
     BackupWriter writer(data.entries, data.catalogue, *locale_);
-    return Restore(writer, FileSystem::Posix(), path);
+    const int result = Restore(writer, FileSystem::Posix(), path);
+    if (counts != nullptr) *counts = writer.counts();
+    return result;
   }
 
   // Entries of every kind of field, and two clients with catalogue data.
@@ -114,8 +117,12 @@ TEST_F(BackupTest, ARestoreAddsToWhatIsThereAndNeverAddsAClientTwice) {
   AddClient(b_.catalogue.clients, u"Old");
   const std::string old_entries = EntryTexts(b_);
 
-  ASSERT_EQ(RestoreInto(b_, File("full.qrd")), kRestoreOk);
+  BackupCounts added;
+  ASSERT_EQ(RestoreInto(b_, File("full.qrd"), &added), kRestoreOk);
   EXPECT_EQ(EntryCount(b_), 4);
+  // Only Beta was new.
+  EXPECT_EQ(added.entries, 3);
+  EXPECT_EQ(added.clients, 1);
   EXPECT_NE(EntryTexts(b_).find(old_entries), std::string::npos);
   const std::string once = CatalogueText(b_);
   EXPECT_EQ(once,
@@ -126,8 +133,9 @@ TEST_F(BackupTest, ARestoreAddsToWhatIsThereAndNeverAddsAClientTwice) {
             "Old#2 projects[] tasks[] contacts[] rates[]\n");
 
   // Twice: the entries double, the catalogue stays as it was.
-  ASSERT_EQ(RestoreInto(b_, File("full.qrd")), kRestoreOk);
+  ASSERT_EQ(RestoreInto(b_, File("full.qrd"), &added), kRestoreOk);
   EXPECT_EQ(EntryCount(b_), 7);
+  EXPECT_EQ(added.clients, 0);
   EXPECT_EQ(CatalogueText(b_), once);
 }
 
@@ -279,16 +287,19 @@ TEST_F(BackupTest, TheBackupCommandCountsEntriesAndClientsFromOne) {
   AddAt(a_, At(2024, 1, 2), u"Acme");
   AddClientWithCatalogue(a_, u"Acme");
   prompt_.files.push_back(File("c.qrd"));
-  EXPECT_EQ(
-      BackupCommand(a_.entries, a_.catalogue, *locale_, prompt_, FileSystem::Posix()),
-      BackupOutcome::kDone);
+  BackupCounts written;
+  EXPECT_EQ(BackupCommand(a_.entries, a_.catalogue, *locale_, prompt_,
+                          FileSystem::Posix(), &written),
+            BackupOutcome::kDone);
+  EXPECT_EQ(written.entries, 2);
+  EXPECT_EQ(written.clients, 1);
   ASSERT_EQ(prompt_.choosers.size(), 1u);
   EXPECT_EQ(prompt_.choosers[0].filter, u"Backup Files (*.qrd)|*.qrd|");
   EXPECT_EQ(prompt_.choosers[0].default_extension, u"qrd");
   EXPECT_EQ(prompt_.choosers[0].flags, kFileOverwritePrompt | kFileHideReadOnly);
   EXPECT_EQ(
       prompt_.progress_title,
-      u"Please wait while backup is in progress. You must not turn off the Pocket PC. "
+      u"Please wait while backup is in progress. You must not turn off the computer. "
       u"This may take a few minutes.");
   EXPECT_EQ(prompt_.progress_total, 3);
   EXPECT_EQ(prompt_.progress_texts,
@@ -376,7 +387,7 @@ TEST_F(BackupTest, TheRestoreCommandReportsFailuresAndUnsupportedFiles) {
   }
   EXPECT_EQ(prompt_.choosers.back().flags, 0x804u);
   EXPECT_EQ(prompt_.progress_title,
-            u"Data restore is in progress. Please do not turn off the Pocket PC. Please "
+            u"Data restore is in progress. Please do not turn off the computer. Please "
             u"wait...");
   EXPECT_EQ(EntryCount(b_), 1);
 }

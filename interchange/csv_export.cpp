@@ -125,10 +125,15 @@ bool ExportCsv(const std::string& path, const EntryFilter& criteria,
                ExportSources& sources) {
   NarrowTextWriter writer(sources.files, sources.locale.AnsiCodePage());
   if (!writer.Open(path)) return false;
+  sources.exported = 0;
   if (!writer.Write(CsvHeaderLine(sources.settings))) return false;
   const ExportWalkResult walked = WalkExportRange(
       sources.entries, criteria, sources.locale, [&](const TimeEntry& entry) {
-        return writer.Write(CsvEntryLine(entry, sources.settings, sources.locale));
+        if (!writer.Write(CsvEntryLine(entry, sources.settings, sources.locale))) {
+          return false;
+        }
+        ++sources.exported;
+        return true;
       });
   // Close makes the file durable; a file that cannot be is not reported
   // written.

@@ -4,6 +4,7 @@
 #ifndef QUILLORA_INTERCHANGE_CSV_EXPORT_H_
 #define QUILLORA_INTERCHANGE_CSV_EXPORT_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -26,6 +27,8 @@ struct ExportSources {
   const Settings& settings;  // custom descriptions, "BreakSub", "Encoding", amounts
   const Locale& locale;      // date and time pictures, comparison, ANSI code page
   FileSystem& files;
+  // Set by an export: the entries it wrote (for the window's notice).
+  std::size_t exported = 0;
 };
 
 // The export criteria: the filter with its range set to the export range.

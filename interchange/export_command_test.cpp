@@ -35,6 +35,8 @@ TEST_F(ExportCommandTest, AsksForTheFileOfTheFormatThenExports) {
     EXPECT_EQ(prompt.choosers[0].flags, kFileOverwritePrompt | kFileHideReadOnly);
     EXPECT_TRUE(prompt.shown.empty());
     EXPECT_EQ(Bytes().rfind(c.first_bytes, 0), 0u) << c.first_bytes;
+    // The four entries inside the range, for the window's notice.
+    EXPECT_EQ(sources.exported, 4u) << c.first_bytes;
   }
 }
 

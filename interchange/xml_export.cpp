@@ -70,6 +70,7 @@ void BuildXmlItem(MarkupDocument* doc, const TimeEntry& entry, const Settings& s
 bool ExportXml(const std::string& path, const EntryFilter& criteria,
                ExportSources& sources) {
   NarrowTextWriter writer(sources.files, sources.locale.AnsiCodePage());
+  sources.exported = 0;
   if (!writer.Open(path)) return false;
   const std::uint16_t encoding = sources.settings.encoding;
   const bool utf16 = encoding == kXmlEncodingUtf16;
@@ -93,6 +94,7 @@ bool ExportXml(const std::string& path, const EntryFilter& criteria,
       sources.entries, criteria, sources.locale, [&](const TimeEntry& entry) {
         BuildXmlItem(&item, entry, sources.settings, sources.locale);
         stream.Add(item);
+        ++sources.exported;
         return stream.ok();
       });
   const bool streamed = stream.Finish();

@@ -28,6 +28,10 @@ struct FileChooser {
   std::u16string default_extension;  // without the dot
   std::uint32_t flags = 0;
   std::u16string title;
+  // Where a window's chooser starts (UTF-8): a folder, or for a save a
+  // folder and a suggested file name. Empty: the chooser's own start. The
+  // logic leaves it empty; the command line has no use for it.
+  std::string start_path;
 };
 
 class UserPrompt {

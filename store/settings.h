@@ -17,7 +17,7 @@ inline constexpr char16_t kSettingsKeyPath[] = u"Software\\Quillora";
 
 // Option bits of "DefNewStyles". Bits not named here belong to whoever tests them.
 inline constexpr std::uint32_t kOptionBillable = 0x0001;  // new entries start billable
-inline constexpr std::uint32_t kOptionItemTap = 0x0002;   // "Item Tap Option:"
+inline constexpr std::uint32_t kOptionItemTap = 0x0002;   // "Item Click Option:"
 inline constexpr std::uint32_t kOptionWeekStartsMonday = 0x0008;
 inline constexpr std::uint32_t kOptionBoldFont = 0x0010;  // "Bold", on by default
 inline constexpr std::uint32_t kOptionPreciseCalculation = 0x2000;  // 10/20/40/50 minutes

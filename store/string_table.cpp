@@ -76,8 +76,8 @@ const std::u16string& LoadString(int id) {
       {kIdsCustomFieldsPage, u"Custom Fields"},
       {kIdsNotesPage, u"Notes"},
       {kIdsEditInWordPrompt,
-       u"When finished editing and saving the note in Pocket Word, tap OK to update "
-       u"Quillora."},
+       u"When finished editing and saving the note in your text editor, click OK to "
+       u"update Quillora."},
       {kIdsExportNoteFailed,
        u"Export note failed. Please make sure there is enough storage space and try "
        u"again."},
@@ -112,13 +112,13 @@ const std::u16string& LoadString(int id) {
       {kIdsReportNameTooLong, u"A report name holds at most 64 characters."},
       {kIdsSavedReportsNotChanged, u"The saved reports could not be changed."},
       {kIdsBackupInProgress,
-       u"Please wait while backup is in progress. You must not turn off the Pocket PC. "
+       u"Please wait while backup is in progress. You must not turn off the computer. "
        u"This may take a few minutes."},
       {kIdsBackingUpRecord, u"Backing up record %d..."},
       {kIdsBackupFailed,
        u"Backup has failed. Please make sure you have enough space on the storage device."},
       {kIdsRestoreInProgress,
-       u"Data restore is in progress. Please do not turn off the Pocket PC. Please wait..."},
+       u"Data restore is in progress. Please do not turn off the computer. Please wait..."},
       {kIdsRestoreFailed,
        u"Restore has failed. Please select a different backup and try again."},
       {kIdsBackupNotSupported,
@@ -159,7 +159,7 @@ const std::u16string& LoadString(int id) {
       {kIdsMarkPaidQuestion,
        u"Do you want to mark all entries paid using the filter from the current view?"},
       {kIdsDeleteDataQuestion,
-       u"All data within the selected criteria will be permanently deleted.  Tap OK to "
+       u"All data within the selected criteria will be permanently deleted.  Click OK to "
        u"delete or Cancel to cancel the operation."},
       {kIdsImportFailed,
        u"Unable to import data. Please close some applications and try again."},

@@ -98,7 +98,7 @@ struct DeleteCriteria {
 };
 
 // "Delete data": asks "All data within the selected criteria will be
-// permanently deleted.  Tap OK to delete or Cancel to cancel the operation."
+// permanently deleted.  Click OK to delete or Cancel to cancel the operation."
 // (OK/Cancel, Cancel the default); on OK deletes the entries of the range, or
 // the entries of the clients. The catalogue is not touched. kFailed when a
 // deletion failed (the others are still made). `deleted` (may be null) gets

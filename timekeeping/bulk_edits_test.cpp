@@ -242,7 +242,7 @@ TEST_F(BulkEditsTest, DeleteDataTakesTheWholeRangeOrTheNamedClients) {
       << "no answer is Cancel";
   EXPECT_EQ(
       prompt_.shown[0].text,
-      u"All data within the selected criteria will be permanently deleted.  Tap OK to "
+      u"All data within the selected criteria will be permanently deleted.  Click OK to "
       u"delete or Cancel to cancel the operation.");
   EXPECT_EQ(prompt_.shown[0].buttons, QuestionButtons::kOkCancel);
 

@@ -93,9 +93,8 @@ TEST_F(BulkEditCliTest, MarkPaidTakesThePeriodAndTheSavedFilter) {
 
 TEST_F(BulkEditCliTest, DeleteDataRemovesWholeDaysOrTheClientsEntries) {
   const std::string question =
-      "Quillora: All data within the selected criteria will be permanently deleted.  Tap "
-      "OK "
-      "to delete or Cancel to cancel the operation. [ok/cancel] ";
+      "Quillora: All data within the selected criteria will be permanently deleted.  "
+      "Click OK to delete or Cancel to cancel the operation. [ok/cancel] ";
   Refused({"delete-data", "--from", "2024-03-01", "--to", "2024-03-10"},
           question + "cancel\n");
   Done({"--yes", "delete-data", "--from", "2024-03-01", "--to", "2024-03-10"},

@@ -4,7 +4,9 @@
 #include <QFileInfo>
 
 #include "app/gui/dialog_support.h"
+#include "app/gui/file_command_prompt.h"
 #include "app/gui/main_window.h"
+#include "app/gui/written_file_notice.h"
 #include "platform/file.h"
 #include "store/string_table.h"
 
@@ -24,29 +26,71 @@ Catalogue* CatalogueOf(MainWindow* window) {
   return catalogue;
 }
 
+QString Entries(int count) {
+  return Counted(count, QObject::tr("entry"), QObject::tr("entries"));
+}
+QString Clients(int count) {
+  return Counted(count, QObject::tr("client"), QObject::tr("clients"));
+}
+QString Native(const QString& path) { return QDir::toNativeSeparators(path); }
+
+QString Today(MainWindow* window) {
+  return DayFileStem(ToQDate(window->clock().LocalNow()));
+}
+
+// Says what a restore added, from which file.
+void ShowRestored(MainWindow* window, const BackupCounts& added, const QString& file,
+                  bool with_clients) {
+  const QString what =
+      with_clients
+          ? QObject::tr("%1 and %2").arg(Entries(added.entries), Clients(added.clients))
+          : Entries(added.entries);
+  ShowNotice(window, QObject::tr("Added %1 from %2").arg(what, Native(file)));
+}
+
 }  // namespace
 
 BackupOutcome BackupFromWindow(MainWindow* window) {
   Catalogue* catalogue = CatalogueOf(window);
   if (catalogue == nullptr) return BackupOutcome::kFailed;
-  WaitingPrompt prompt(window->prompt());
-  return BackupCommand(window->entries(), *catalogue, *window->data().locale, prompt,
-                       FileSystem::Posix());
+  FileCommandPrompt files(window->prompt(), window->data().registry.get(),
+                          QString("quillora-%1.qrd").arg(Today(window)));
+  BackupCounts written;
+  BackupOutcome outcome;
+  {
+    WaitingPrompt prompt(files);
+    outcome = BackupCommand(window->entries(), *catalogue, *window->data().locale, prompt,
+                            FileSystem::Posix(), &written);
+  }
+  if (outcome == BackupOutcome::kDone) {
+    ShowNotice(window,
+               QObject::tr("Backed up %1 and %2 to %3")
+                   .arg(Entries(written.entries), Clients(written.clients),
+                        Native(files.chosen())),
+               files.chosen());
+  }
+  return outcome;
 }
 
 int RestoreFromWindow(MainWindow* window, const std::optional<std::string>& handed) {
   Catalogue* catalogue = CatalogueOf(window);
   if (catalogue == nullptr) return kRestoreFailed;
   int result;
+  BackupCounts added;
+  FileCommandPrompt files(window->prompt(), window->data().registry.get());
   {
-    HandedFilePrompt handed_prompt(window->prompt(), handed.value_or(std::string()));
-    WaitingPrompt chooser_prompt(window->prompt());
+    HandedFilePrompt handed_prompt(files, handed.value_or(std::string()));
+    WaitingPrompt chooser_prompt(files);
     UserPrompt& prompt =
         handed ? static_cast<UserPrompt&>(handed_prompt) : chooser_prompt;
     result = RestoreCommand(window->entries(), *catalogue, *window->data().locale, prompt,
-                            FileSystem::Posix());
+                            FileSystem::Posix(), &added);
   }
   if (result != kRestoreCancelled) window->Reload();
+  if (result == kRestoreOk) {
+    ShowRestored(window, added, handed ? QString::fromStdString(*handed) : files.chosen(),
+                 true);
+  }
   return result;
 }
 
@@ -55,15 +99,21 @@ int ArchiveRestoreFromWindow(MainWindow* window,
   Catalogue* catalogue = CatalogueOf(window);
   if (catalogue == nullptr) return kRestoreFailed;
   int result;
+  BackupCounts added;
+  FileCommandPrompt files(window->prompt(), window->data().registry.get());
   {
-    HandedFilePrompt handed_prompt(window->prompt(), handed.value_or(std::string()));
-    WaitingPrompt chooser_prompt(window->prompt());
+    HandedFilePrompt handed_prompt(files, handed.value_or(std::string()));
+    WaitingPrompt chooser_prompt(files);
     UserPrompt& prompt =
         handed ? static_cast<UserPrompt&>(handed_prompt) : chooser_prompt;
     result = ArchiveRestoreCommand(window->entries(), *catalogue, *window->data().locale,
-                                   prompt, FileSystem::Posix());
+                                   prompt, FileSystem::Posix(), &added);
   }
   window->Reload();
+  if (result == kRestoreOk) {
+    ShowRestored(window, added, handed ? QString::fromStdString(*handed) : files.chosen(),
+                 false);
+  }
   return result;
 }
 
@@ -90,14 +140,32 @@ BackupOutcome RunWindowArchive(MainWindow* window,
   if (!request) return BackupOutcome::kCancelled;
   Catalogue* catalogue = CatalogueOf(window);
   if (catalogue == nullptr) return BackupOutcome::kFailed;
+  const bool data = request->type != kArchiveClientData;
+  QString stem = Today(window);
+  SystemTime start, end;
+  if (data && FileTimeToSystemTime(request->start, &start) &&
+      FileTimeToSystemTime(request->end, &end)) {
+    stem = RangeFileStem({start, end});
+  }
+  FileCommandPrompt files(window->prompt(), window->data().registry.get(),
+                          QString(data ? "archive-%1.qra" : "clients-%1.qra").arg(stem));
   BackupOutcome outcome;
+  BackupCounts written;
   {
-    WaitingPrompt prompt(window->prompt());
+    WaitingPrompt prompt(files);
     outcome = ArchiveCommand(window->entries(), *catalogue, *window->data().locale,
-                             prompt, FileSystem::Posix(), *request);
+                             prompt, FileSystem::Posix(), *request, &written);
   }
   // The view reads its entries again whatever happened.
   window->Reload();
+  if (outcome == BackupOutcome::kDone) {
+    const QString what = data ? Entries(written.entries) : Clients(written.clients);
+    ShowNotice(window,
+               (request->delete_when_archived ? QObject::tr("Moved %1 to the archive %2")
+                                              : QObject::tr("Archived %1 to %2"))
+                   .arg(what, Native(files.chosen())),
+               files.chosen());
+  }
   return outcome;
 }
 

@@ -2,17 +2,21 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QVBoxLayout>
 
 #include "app/gui/contacts_import_dialog.h"
+#include "app/gui/file_command_prompt.h"
 #include "app/gui/gui_prompt.h"
 #include "app/gui/import_dialog.h"
 #include "app/gui/move_dialog.h"
 #include "app/gui/name_dialog.h"
 #include "app/gui/qt_text.h"
+#include "app/gui/written_file_notice.h"
+#include "store/catalogue_edit.h"
 #include "store/string_table.h"
 
 namespace quillora {
@@ -109,6 +113,7 @@ class ListExportPrompt : public UserPrompt {
     const QStringList filters = QtFileFilter(chooser.filter).split(";;");
     QFileDialog dialog(parent_, ToQString(chooser.title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    StartAt(&dialog, chooser.start_path);
     // "Unicode Text" names no pattern of its own: both choices are *.txt.
     dialog.setNameFilters({filters.value(0), filters.value(1) + " (*.txt)"});
     dialog.setDefaultSuffix(ToQString(chooser.default_extension));
@@ -139,14 +144,20 @@ class ListExportPrompt : public UserPrompt {
   std::optional<std::string> preset_;
 };
 
-// Runs the import and export under the wait cursor.
-class WaitCursor {
- public:
-  WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-  WaitCursor(const WaitCursor&) = delete;
-  WaitCursor& operator=(const WaitCursor&) = delete;
-};
+// The suggested name of a list file: what the list holds.
+QString ListFileName(ListKind kind) {
+  switch (kind) {
+    case ListKind::kProjects:
+      return "projects.txt";
+    case ListKind::kTasks:
+      return "tasks.txt";
+    case ListKind::kContacts:
+      return "contacts.txt";
+    default:
+      break;
+  }
+  return "clients.txt";
+}
 
 }  // namespace
 
@@ -433,7 +444,8 @@ void CatalogueDialog::Import() {
   }
   const std::optional<CatalogueList> list = ImportListFor(kind, selected);
   if (!list) return;
-  RunListImport(catalogue_, locale_, FileSystem::Posix(), prompt_, *list);
+  FileCommandPrompt files(prompt_, data_.registry.get());
+  RunListImport(catalogue_, locale_, FileSystem::Posix(), files, *list);
   Rebuild();
 }
 
@@ -475,15 +487,24 @@ void CatalogueDialog::ExportList() {
   const CatalogueList list = ExportListFor(catalogue_, locale_, SelectedItem());
   ListFileFormat format = export_format_;
   ListExportPrompt prompt(prompt_, this, &format);
+  FileCommandPrompt files(prompt, data_.registry.get(), ListFileName(list.kind));
   // The format is known once the file is chosen: ask first, then export.
   FileChooser chooser;
   chooser.filter = kListExportFilter;
   chooser.default_extension = kListFileExtension;
   chooser.flags = kFileOverwritePrompt | kFileHideReadOnly;
-  const std::optional<std::string> path = prompt.ChooseFileToSave(chooser);
+  const std::optional<std::string> path = files.ChooseFileToSave(chooser);
   if (!path) return;
   prompt.Preset(*path);
-  RunListExport(catalogue_, locale_, FileSystem::Posix(), prompt, list, format);
+  if (RunListExport(catalogue_, locale_, FileSystem::Posix(), prompt, list, format) ==
+      ListFileOutcome::kDone) {
+    const int count = static_cast<int>(ListNames(catalogue_, locale_, list).size());
+    ShowNotice(this,
+               tr("Exported %1 to %2")
+                   .arg(Counted(count, tr("name"), tr("names")),
+                        QDir::toNativeSeparators(files.chosen())),
+               files.chosen());
+  }
 }
 
 }  // namespace quillora

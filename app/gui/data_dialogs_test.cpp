@@ -6,12 +6,16 @@
 
 #include "app/gui/backup_dialogs.h"
 #include "app/gui/bulk_edit_dialogs.h"
+#include "app/gui/catalogue_dialog.h"
 #include "app/gui/dialog_support.h"
 #include "app/gui/export_dialogs.h"
 #include "app/gui/help.h"
 #include "app/gui/main_window.h"
+#include "app/gui/quick_summary_dialog.h"
 #include "app/gui/report_dialogs.h"
 #include "app/gui/window_test_fixture.h"
+#include "app/gui/window_commands.h"
+#include "app/gui/written_file_notice.h"
 #include "reports/html_report.h"
 #include "store/string_table.h"
 
@@ -277,7 +281,7 @@ class DataDialogsTest : public QObject {
     QCOMPARE(Shown(), 3);
     QCOMPARE(Texts(),
              QStringList({"All data within the selected criteria will be permanently "
-                          "deleted.  Tap OK to delete or Cancel to cancel the "
+                          "deleted.  Click OK to delete or Cancel to cancel the "
                           "operation."}));
     prompt_.answers = {Answer::kOk};
     int deleted = 0;
@@ -362,8 +366,10 @@ class DataDialogsTest : public QObject {
   }
 
   void ReportCommandWritesAndOpens() {
+    prompt_.answers = {Answer::kNo};
     ReportFromWindow(window_);
-    QCOMPARE(Texts(), QStringList({"There is no saved report."}));
+    QCOMPARE(Texts(), QStringList({Q(NoSavedReportOffer())}));
+    QVERIFY(Q(NoSavedReportOffer()).startsWith("There is no saved report.\n\n"));
     ReportEditorDialog editor(window_);
     editor.ask_name = [](const std::u16string&) {
       return std::optional(std::u16string(u"Weekly"));
@@ -383,6 +389,70 @@ class DataDialogsTest : public QObject {
     QVERIFY(!RunWindowReport(window_, u"Weekly", window_->period().GetRange()));
     QCOMPARE(Texts().last(), QString("Report generation has failed."));
     QCOMPARE(opened_.size(), 1);
+  }
+
+  // Each file command names what it wrote (or a restore what it added) in
+  // the status bar; its chooser starts in the folder used last with a name
+  // of its own.
+  void FileCommandsSayWhatTheyDid() {
+    const PeriodRange week = window_->period().GetRange();
+    const PeriodRange month = WholeDayRange(QDate(2026, 11, 1), QDate(2026, 11, 30));
+    ArchiveRequest archive;
+    QVERIFY(RangeToFileTimes(week, &archive.start, &archive.end));
+    QuickSummaryDialog summary({{u"Hours:", u"4.50", u""}}, {}, prompt_,
+                               FileSystem::Posix(), 1252, window_.get());
+    summary.SetFileStart(data_->registry.get(), "summary.csv");
+    CatalogueDialog catalogue(*data_, prompt_, window_.get());
+    struct Case {
+      const char* file;
+      std::function<void()> run;
+      QString suggested;  // empty: an open chooser
+      QString text;       // %1: the file
+    };
+    const Case cases[] = {
+        {"w.csv", [&] { RunWindowExport(window_.get(), ExportFormat::kCsv, week); },
+         "quillora-2026-11-15.csv", "Exported 3 entries to %1"},
+        {"m.xml", [&] { RunWindowExport(window_.get(), ExportFormat::kXml, month); },
+         "quillora-2026-11.xml", "Exported 4 entries to %1"},
+        {"s.csv", [&] { summary.SaveAsCsv(); }, "summary.csv",
+         "Saved the quick summary to %1"},
+        {"r.htm",
+         [&] { GenerateReportFromWindow(window_.get(), NewReportDefinition(), week); },
+         "report-2026-11-15.htm", "Saved the report to %1"},
+        {"c.txt", [&] { catalogue.ExportList(); }, "clients.txt",
+         "Exported 2 names to %1"},
+        {"a.qra", [&] { RunWindowArchive(window_.get(), archive); },
+         "archive-2026-11-15.qra", "Archived 3 entries to %1"},
+        {"b.qrd", [&] { BackupFromWindow(window_.get()); }, "quillora-2026-11-21.qrd",
+         "Backed up 4 entries and 2 clients to %1"},
+        {"b.qrd", [&] { RestoreFromWindow(window_.get()); }, "",
+         "Added 4 entries and 0 clients from %1"},
+        {"a.qra", [&] { ArchiveRestoreFromWindow(window_.get()); }, "",
+         "Added 3 entries from %1"},
+    };
+    for (const Case& c : cases) {
+      const QString path = QString::fromStdString(File(c.file));
+      prompt_.files.push_back(path.toStdString());
+      c.run();
+      const WrittenFileNotice* notice = NoticeOf(window_.get());
+      QVERIFY(notice != nullptr);
+      QCOMPARE(notice->text(), QString(c.text).arg(path));
+      QCOMPARE(notice->open_button()->isHidden(), c.suggested.isEmpty());
+      const QFileInfo start(QString::fromStdString(prompt_.choosers.back().start_path));
+      if (!c.suggested.isEmpty()) QCOMPARE(start.fileName(), c.suggested);
+      // Every chooser after the first starts where the one before was used.
+      if (&c != cases) {
+        QCOMPARE(QFileInfo(c.suggested.isEmpty() ? start.filePath() : start.path())
+                     .canonicalFilePath(),
+                 QFileInfo(path).canonicalPath());
+      }
+    }
+    NoticeOf(window_.get())->Show("Written", File("w.csv").c_str());
+    NoticeOf(window_.get())->open_button()->click();
+    NoticeOf(window_.get())->open_folder_button()->click();
+    QCOMPARE(opened_.mid(opened_.size() - 2),
+             QList<QUrl>({QUrl::fromLocalFile(QString::fromStdString(File("w.csv"))),
+                          QUrl::fromLocalFile(QString::fromStdString(dir_->path()))}));
   }
 
   void HelpOpensAtItsTopics() {

@@ -1,6 +1,8 @@
 // The entry editor, notes, copy and the timers offscreen: the path from a
 // timer to an entry in the week view, the editor's refusals, notes with a
 // drawing, and the timers' buttons.
+#include <sys/stat.h>
+
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QFile>
@@ -279,6 +281,10 @@ class EntryDialogsTest : public QObject {
     QCOMPARE(copy.canvas()->strokes(), note->canvas()->strokes());
     QVERIFY(NoteEdit().Blob().empty());
 
+    // The document is written where only the user can read it.
+    struct stat st {};
+    QCOMPARE(::stat(QFile::encodeName(dialog.document_folder()).constData(), &st), 0);
+    QCOMPARE(st.st_mode & 0777, 0700u);
     dialog.SetDocumentFolder(ToQString(FromUtf8(f_.dir().path())));
     QString opened;
     dialog.SetDocumentOpener([&](const QString& path) {

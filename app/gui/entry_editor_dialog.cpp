@@ -1,5 +1,8 @@
 #include "app/gui/entry_editor_dialog.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QCalendarWidget>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
@@ -8,6 +11,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QStandardPaths>
 #include <QStringConverter>
 #include <QTextStream>
 #include <QUrl>
@@ -117,6 +121,28 @@ QString QtDatePicture(const std::u16string& picture) {
 
 }  // namespace
 
+QString PrivateDocumentFolder() {
+  // The runtime folder (XDG_RUNTIME_DIR) is the user's alone and is emptied
+  // at logout, so a note's text does not outlive the session.
+  QString base = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+  if (base.isEmpty()) {
+    base = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+  }
+  if (base.isEmpty()) return QString();
+  const QString folder = base + "/quillora-notes";
+  const QByteArray path = QFile::encodeName(folder);
+  ::mkdir(path.constData(), 0700);
+  // A folder planted by someone else, or a link to one, is never written into.
+  struct stat st {};
+  if (::lstat(path.constData(), &st) != 0 || !S_ISDIR(st.st_mode) ||
+      st.st_uid != ::getuid()) {
+    return QString();
+  }
+  if ((st.st_mode & 0777) != 0700 && ::chmod(path.constData(), 0700) != 0)
+    return QString();
+  return folder;
+}
+
 EntryEditorDialog::EntryEditorDialog(const EditorServices& services,
                                      const TimeEntry& entry, EntryStore& entries,
                                      QWidget* parent)
@@ -124,7 +150,7 @@ EntryEditorDialog::EntryEditorDialog(const EditorServices& services,
       editor_(services, entry),
       entries_(entries),
       prompt_(services.prompt),
-      document_folder_(QDir::tempPath()) {
+      document_folder_(PrivateDocumentFolder()) {
   setWindowTitle(editor_.is_new() ? tr("New Entry") : tr("Edit Entry"));
   opener_ = [](const QString& path) {
     return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
@@ -478,7 +504,8 @@ void EntryEditorDialog::SetStartEnd(const std::function<bool(StartEndPickers*)>&
 bool EntryEditorDialog::EditInWord() {
   const QString path = QDir(document_folder_).filePath("Quillora Note.txt");
   QFile file(path);
-  bool written = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+  bool written = !document_folder_.isEmpty() &&
+                 file.open(QIODevice::WriteOnly | QIODevice::Truncate);
   if (written) {
     // UTF-8 with a byte order mark, so that any word processor reads it right.
     const QByteArray bytes = "\xEF\xBB\xBF" + note_->Text().toUtf8();
@@ -500,6 +527,8 @@ bool EntryEditorDialog::EditInWord() {
   in.setEncoding(QStringConverter::Utf8);
   note_->SetText(in.readAll());
   editor_.SetNote(note_->Blob());
+  file.close();
+  file.remove();
   return true;
 }
 

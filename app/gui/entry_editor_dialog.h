@@ -28,6 +28,12 @@ namespace quillora {
 // application; tests give one that edits the file themselves.
 using DocumentOpener = std::function<bool(const QString& path)>;
 
+// The user's own folder for the notes "Edit In Word" hands to a text editor:
+// "quillora-notes" in the runtime folder (else the cache folder), created
+// 0700 and made 0700 when it is not. Empty when there is none, or when the
+// folder there is not a folder of this user.
+QString PrivateDocumentFolder();
+
 class EntryEditorDialog : public QDialog {
   Q_OBJECT
 
@@ -54,7 +60,9 @@ class EntryEditorDialog : public QDialog {
   QPushButton* calculate_button() const { return calculate_; }
   NoteEdit* note_edit() const { return note_; }
 
-  // The folder "Edit In Word" writes into, and how it opens the document.
+  // The folder "Edit In Word" writes into (by default the user's private
+  // folder of PrivateDocumentFolder()), and how it opens the document.
+  const QString& document_folder() const { return document_folder_; }
   void SetDocumentFolder(const QString& folder) { document_folder_ = folder; }
   void SetDocumentOpener(DocumentOpener opener) { opener_ = std::move(opener); }
   // "Edit In Word"; true when the note took the document's text.

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <iterator>
 
+#include "app/gui/desktop_palette.h"
+#include "app/gui/painted_icon.h"
 #include "app/gui/qt_text.h"
 #include "periods/entry_list_item.h"
 
@@ -59,20 +61,19 @@ EntryItemDelegate::EntryItemDelegate(const EntryListModel* model, QObject* paren
 QPixmap EntryItemDelegate::StatusIcon(int status) {
   static const QColor kColours[3] = {QColor(0x9e, 0x9e, 0x9e), QColor(0xe6, 0x7e, 0x22),
                                      QColor(0x27, 0xae, 0x60)};
-  QPixmap pixmap(kIconSize, kIconSize);
-  pixmap.fill(Qt::transparent);
-  QPainter p(&pixmap);
-  p.setRenderHint(QPainter::Antialiasing);
-  p.setPen(Qt::NoPen);
-  p.setBrush(kColours[std::clamp(status, 0, 2)]);
-  p.drawEllipse(QRectF(2, 2, kIconSize - 4, kIconSize - 4));
-  p.setPen(QPen(Qt::white, 1.6));
-  if (status == 1) {  // billable, unpaid: a coin's line
-    p.drawLine(QPointF(8, 5), QPointF(8, 11));
-  } else if (status == 2) {  // paid: a tick
-    p.drawPolyline(QPolygonF({QPointF(5, 8.5), QPointF(7.2, 10.5), QPointF(11, 5.5)}));
-  }
-  return pixmap;
+  const QIcon icon = PaintedIcon([status](QPainter& p) {
+    p.setPen(Qt::NoPen);
+    p.setBrush(kColours[std::clamp(status, 0, 2)]);
+    p.drawEllipse(QRectF(2, 2, 12, 12));
+    p.setPen(QPen(Qt::white, 1.6));
+    if (status == 1) {  // billable, unpaid: a coin's line
+      p.drawLine(QPointF(8, 5), QPointF(8, 11));
+    } else if (status == 2) {  // paid: a tick
+      p.drawPolyline(QPolygonF({QPointF(5, 8.5), QPointF(7.2, 10.5), QPointF(11, 5.5)}));
+    }
+  });
+  // At the screen's pixel ratio, so it stays sharp on a HiDPI screen.
+  return icon.pixmap(QSize(kIconSize, kIconSize), qApp->devicePixelRatio());
 }
 
 QSize EntryItemDelegate::sizeHint(const QStyleOptionViewItem& option,
@@ -100,7 +101,10 @@ void EntryItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     painter->drawPixmap(layout.icon_left, layout.icon_top, StatusIcon(item.icon));
   }
   QColor text = selected ? pal.highlightedText().color() : pal.text().color();
-  if (!selected && !item.colour.window_text) text = QColor::fromRgb(item.colour.rgb);
+  // The user's colour, turned lighter on a dark palette when it would not read.
+  if (!selected && !item.colour.window_text) {
+    text = ReadableOn(QColor::fromRgb(item.colour.rgb), pal.base().color());
+  }
   painter->setPen(text);
   painter->setFont(option.font);
   // The longest prefix that fits, found by halving.

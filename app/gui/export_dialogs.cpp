@@ -1,12 +1,15 @@
 #include "app/gui/export_dialogs.h"
 
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFormLayout>
 #include <QLabel>
 
 #include "app/gui/dialog_support.h"
+#include "app/gui/file_command_prompt.h"
 #include "app/gui/help.h"
 #include "app/gui/main_window.h"
+#include "app/gui/written_file_notice.h"
 #include "platform/file.h"
 #include "store/string_table.h"
 
@@ -61,10 +64,27 @@ ExportOutcome RunWindowExport(MainWindow* window, ExportFormat format,
   if (range) criteria = MakeExportCriteria(*range, window->filter());
   // The view is brought up to date before the file is written.
   window->Reload();
-  WaitingPrompt prompt(window->prompt());
+  const bool csv = format == ExportFormat::kCsv;
+  const QString name =
+      range ? QString("quillora-%1.%2").arg(RangeFileStem(*range), csv ? "csv" : "xml")
+            : QString();
+  FileCommandPrompt files(window->prompt(), window->data().registry.get(), name);
+  ExportOutcome outcome;
   ExportSources sources{window->entries(), window->data().settings,
                         *window->data().locale, FileSystem::Posix()};
-  return RunExportCommand(format, criteria, sources, prompt);
+  {
+    WaitingPrompt prompt(files);
+    outcome = RunExportCommand(format, criteria, sources, prompt);
+  }
+  if (outcome == ExportOutcome::kExported) {
+    ShowNotice(window,
+               QObject::tr("Exported %1 to %2")
+                   .arg(Counted(static_cast<int>(sources.exported), QObject::tr("entry"),
+                                QObject::tr("entries")),
+                        QDir::toNativeSeparators(files.chosen())),
+               files.chosen());
+  }
+  return outcome;
 }
 
 void ExportFromWindow(MainWindow* window, ExportFormat format) {

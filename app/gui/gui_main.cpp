@@ -5,9 +5,12 @@
 #include <QScreen>
 
 #include "app/gui/backup_dialogs.h"
+#include "app/gui/desktop_palette.h"
+#include "app/gui/dialog_fitter.h"
 #include "app/gui/main_window.h"
 #include "app/gui/out_of_memory.h"
 #include "app/gui/qt_text.h"
+#include "app/gui/painted_icon.h"
 #include "app/gui/single_instance.h"
 #include "app/gui/window_commands.h"
 #include "store/string_table.h"
@@ -19,6 +22,11 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
   QApplication app(argc, argv);
   QApplication::setApplicationName("Quillora");
   QApplication::setApplicationDisplayName("Quillora");
+  // The desktop finds the installed quillora.desktop (and its icon) by this.
+  QGuiApplication::setDesktopFileName("quillora");
+  QApplication::setWindowIcon(AppIcon());
+  ApplyDesktopPalette();
+  InstallDialogFitter();
   InstallOutOfMemoryHandler();
   QStringList arguments;
   for (const std::string& p : paths) arguments << QString::fromStdString(p);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 
 #include "app/gui/qt_text.h"
@@ -25,6 +26,17 @@ QMessageBox::Icon QtIcon(MessageIcon icon) {
 }
 
 }  // namespace
+
+void StartAt(QFileDialog* dialog, const std::string& start_path) {
+  if (start_path.empty()) return;
+  const QFileInfo start(QString::fromStdString(start_path));
+  if (start.isDir()) {
+    dialog->setDirectory(start.absoluteFilePath());
+    return;
+  }
+  dialog->setDirectory(start.absolutePath());
+  dialog->selectFile(start.fileName());
+}
 
 QString QtFileFilter(const std::u16string& device_filter) {
   const QStringList parts = ToQString(device_filter).split('|', Qt::SkipEmptyParts);
@@ -78,15 +90,18 @@ Answer GuiPrompt::Ask(const std::u16string& title, const std::u16string& text,
 }
 
 std::optional<std::string> GuiPrompt::ChooseFileToOpen(const FileChooser& chooser) {
-  const QString path = QFileDialog::getOpenFileName(parent_, ToQString(chooser.title), QString(),
-                                                    QtFileFilter(chooser.filter));
+  const QString path = QFileDialog::getOpenFileName(
+      parent_, ToQString(chooser.title), QString::fromStdString(chooser.start_path),
+      QtFileFilter(chooser.filter));
   if (path.isEmpty()) return std::nullopt;
   return path.toStdString();
 }
 
 std::optional<std::string> GuiPrompt::ChooseFileToSave(const FileChooser& chooser) {
-  QFileDialog dialog(parent_, ToQString(chooser.title), QString(), QtFileFilter(chooser.filter));
+  QFileDialog dialog(parent_, ToQString(chooser.title), QString(),
+                     QtFileFilter(chooser.filter));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
+  StartAt(&dialog, chooser.start_path);
   dialog.setDefaultSuffix(ToQString(chooser.default_extension));
   if (!(chooser.flags & kFileOverwritePrompt)) {
     dialog.setOption(QFileDialog::DontConfirmOverwrite);

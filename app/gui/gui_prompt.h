@@ -4,6 +4,7 @@
 #ifndef QUILLORA_APP_GUI_GUI_PROMPT_H_
 #define QUILLORA_APP_GUI_GUI_PROMPT_H_
 
+#include <QFileDialog>
 #include <QPointer>
 #include <QProgressDialog>
 #include <QWidget>
@@ -40,6 +41,10 @@ class GuiPrompt : public UserPrompt {
   std::string data_folder_;
   QPointer<QProgressDialog> progress_;
 };
+
+// Starts a file dialog at a chooser's start_path: a folder, or a folder and
+// the file name it suggests.
+void StartAt(QFileDialog* dialog, const std::string& start_path);
 
 // "CSV Files (*.csv)|*.csv|" as a Qt filter: "CSV Files (*.csv)".
 QString QtFileFilter(const std::u16string& device_filter);

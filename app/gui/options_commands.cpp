@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "app/gui/file_command_prompt.h"
 #include "periods/period_entries.h"
 #include "platform/file.h"
 #include "store/catalogue_service.h"
@@ -82,6 +83,9 @@ std::unique_ptr<QuickSummaryDialog> MakeQuickSummaryDialog(MainWindow* window) {
   auto dialog = std::make_unique<QuickSummaryDialog>(std::move(rows), sums.Projects(),
                                                      window->prompt(), FileSystem::Posix(),
                                                      locale.AnsiCodePage(), window);
+  dialog->SetFileStart(
+      data.registry.get(),
+      QString("summary-%1.csv").arg(RangeFileStem(window->period().GetRange())));
   FitToWindow(dialog.get(), window, QSize(440, 560));
   return dialog;
 }

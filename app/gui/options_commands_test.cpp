@@ -100,7 +100,7 @@ class OptionsCommandsTest : public QObject {
                                 "Export"}));
     const QStringList texts = Texts(dialog.get());
     for (const char* text :
-         {"Week Start:", "Duration Interval:", "Item Tap Option:",
+         {"Week Start:", "Duration Interval:", "Item Click Option:",
           "Enable Precise Calculations for minute 10, 20 , 40, and 50",
           "Show Week Number (Week View Only)", "New Entry Defaults", "Billable", "Currency:",
           "Enable Duration Granularity of", "Minutes", "Entry Time:", "Show Client Name",

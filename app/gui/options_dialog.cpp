@@ -140,7 +140,7 @@ QWidget* OptionsDialog::BuildGeneralPage() {
   item_tap_ = NewList("itemTap", {tr("Edit Entry"), tr("Select Only")}, fields);
   form->addRow(tr("Week Start:"), week_start_);
   form->addRow(tr("Duration Interval:"), duration_interval_);
-  form->addRow(tr("Item Tap Option:"), item_tap_);
+  form->addRow(tr("Item Click Option:"), item_tap_);
   column->addWidget(fields);
   precise_ = AddWrappingCheck(column, "precise",
                               tr("Enable Precise Calculations for minute 10, 20 , 40, and 50"),

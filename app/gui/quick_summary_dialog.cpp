@@ -1,13 +1,16 @@
 #include "app/gui/quick_summary_dialog.h"
-#include "app/gui/qt_text.h"
 
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QEvent>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include "app/gui/file_command_prompt.h"
+#include "app/gui/qt_text.h"
+#include "app/gui/written_file_notice.h"
 #include "store/string_table.h"
 
 namespace quillora {
@@ -79,7 +82,16 @@ QuickSummaryDialog::QuickSummaryDialog(std::vector<QuickSummaryRow> rows,
 }
 
 SummaryCsvResult QuickSummaryDialog::SaveAsCsv() {
-  return ExportQuickSummaryCsv(rows_, prompt_, files_, code_page_);
+  FileCommandPrompt prompt(prompt_, registry_, suggested_name_);
+  const SummaryCsvResult result =
+      ExportQuickSummaryCsv(rows_, prompt, files_, code_page_);
+  if (result == SummaryCsvResult::kWritten) {
+    ShowNotice(this,
+               tr("Saved the quick summary to %1")
+                   .arg(QDir::toNativeSeparators(prompt.chosen())),
+               prompt.chosen());
+  }
+  return result;
 }
 
 void QuickSummaryDialog::FitColumns() {

@@ -14,6 +14,7 @@
 #include "interchange/summary_csv.h"
 #include "periods/quick_summary.h"
 #include "platform/file.h"
+#include "platform/registry.h"
 #include "platform/user_prompt.h"
 
 namespace quillora {
@@ -33,8 +34,16 @@ class QuickSummaryDialog : public QDialog {
   ProjectHoursChart* chart() const { return chart_; }
   QPushButton* save_button() const { return save_; }
 
+  // Where "Save as CSV..." starts: the folder used last in `registry` (may
+  // be null) with `suggested_name` ("summary-2026-11.csv").
+  void SetFileStart(Registry* registry, QString suggested_name) {
+    registry_ = registry;
+    suggested_name_ = std::move(suggested_name);
+  }
+
   // The dialog's command kCommandExportSummaryCsv: the rows to a CSV file.
-  // Shows no message whatever happens.
+  // Shows no message box whatever happens; a written file is named in the
+  // main window's status bar.
   SummaryCsvResult SaveAsCsv();
 
  protected:
@@ -48,6 +57,8 @@ class QuickSummaryDialog : public QDialog {
   UserPrompt& prompt_;
   FileSystem& files_;
   int code_page_;
+  Registry* registry_ = nullptr;
+  QString suggested_name_;
   QTableWidget* table_ = nullptr;
   ProjectHoursChart* chart_ = nullptr;
   QPushButton* save_ = nullptr;

@@ -1,8 +1,11 @@
 #include "app/gui/rate_edit_dialog.h"
 
+#include <QAbstractItemView>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/gui/qt_text.h"
 #include "app/gui/rate_icons.h"
@@ -24,6 +27,15 @@ RateEditDialog::RateEditDialog(CatalogueService& catalogue, const Rate& rate,
     type_->addItem(RateTypeIcon(t), ToQString(RateTypeName(t)));
   }
   type_->setPlaceholderText(tr("(choose a type)"));
+  // The list opens as wide as its longest type with its icon, whatever the
+  // box's width: "Overtime Rate" is never cut. The list draws its items as
+  // menu items, with room for a check mark before the icon.
+  int widest = 0;
+  for (int t = 0; t < type_->count(); ++t) {
+    widest = std::max(widest, type_->fontMetrics().horizontalAdvance(type_->itemText(t)));
+  }
+  const int bar = type_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  type_->view()->setMinimumWidth(widest + type_->iconSize().width() + 4 * bar);
   type_->setCurrentIndex(rate.record_id && rate.type < kRateTypeCount ? rate.type : -1);
   description_->setObjectName("description");
   value_->setObjectName("value");

@@ -2,8 +2,8 @@
 
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 
+#include "app/gui/painted_icon.h"
 #include "store/rates.h"
 
 namespace quillora {
@@ -79,24 +79,25 @@ void DrawTag(QPainter& p) {
 
 QIcon RateTypeIcon(std::uint16_t type) {
   if (type >= kRateTypeCount) return {};
-  QIcon icon;
-  for (const int scale : {1, 2}) {
-    QPixmap pixmap(16 * scale, 16 * scale);
-    pixmap.setDevicePixelRatio(scale);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
+  return PaintedIcon([type](QPainter& painter) {
     switch (type) {
-      case 0: DrawCoin(painter); break;
-      case 1: DrawClock(painter); break;
-      case 2: DrawCalendar(painter); break;
-      case 3: DrawPadlock(painter); break;
-      default: DrawTag(painter); break;
+      case 0:
+        DrawCoin(painter);
+        break;
+      case 1:
+        DrawClock(painter);
+        break;
+      case 2:
+        DrawCalendar(painter);
+        break;
+      case 3:
+        DrawPadlock(painter);
+        break;
+      default:
+        DrawTag(painter);
+        break;
     }
-    painter.end();
-    icon.addPixmap(pixmap);
-  }
-  return icon;
+  });
 }
 
 }  // namespace quillora

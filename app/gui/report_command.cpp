@@ -1,26 +1,41 @@
 // The report command of the window and the generation both report windows use.
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFormLayout>
 
 #include "app/gui/dialog_support.h"
+#include "app/gui/file_command_prompt.h"
 #include "app/gui/help.h"
 #include "app/gui/main_window.h"
 #include "app/gui/report_dialogs.h"
+#include "app/gui/written_file_notice.h"
 #include "platform/file.h"
 #include "store/string_table.h"
 
 namespace quillora {
 
+std::u16string NoSavedReportOffer() {
+  return LoadString(kIdsNoSavedReport) +
+         FromQString(
+             QObject::tr("\n\nDo you want to make one in the report editor now?"));
+}
+
 bool GenerateReportFromWindow(MainWindow* window, const ReportDefinition& definition,
                               const PeriodRange& range) {
-  WaitingPrompt prompt(window->prompt());
+  FileCommandPrompt files(window->prompt(), window->data().registry.get(),
+                          QString("report-%1.htm").arg(RangeFileStem(range)));
+  WaitingPrompt prompt(files);
   const HtmlReportRequest request =
       MakeReportRequest(definition, range, window->filter(), window->clock().LocalNow());
   const std::optional<std::string> path =
       RunReportCommand(window->entries(), FileSystem::Posix(), prompt, request,
                        window->data().settings, *window->data().locale);
   if (!path) return false;
-  OpenUrl(QUrl::fromLocalFile(QString::fromStdString(*path)));
+  const QString file = QString::fromStdString(*path);
+  ShowNotice(window,
+             QObject::tr("Saved the report to %1").arg(QDir::toNativeSeparators(file)),
+             file);
+  OpenUrl(QUrl::fromLocalFile(file));
   return true;
 }
 
@@ -83,8 +98,11 @@ void ReportFromWindow(MainWindow* window) {
     if (OpenSavedReports(aux)) reports = ListSavedReports(aux);
   }
   if (reports.empty()) {
-    window->prompt().ShowMessage(kAppTitle, LoadString(kIdsNoSavedReport),
-                                 MessageIcon::kInformation);
+    // Not a dead end: the system's message, and the way to make a report.
+    if (window->prompt().Ask(kAppTitle, NoSavedReportOffer(), MessageIcon::kInformation,
+                             QuestionButtons::kYesNo, Answer::kYes) == Answer::kYes) {
+      ReportEditorFromWindow(window);
+    }
     return;
   }
   ReportRunDialog dialog(window, reports);

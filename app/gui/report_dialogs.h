@@ -122,9 +122,12 @@ class ReportRunDialog : public QDialog {
   QDateEdit* end_;
 };
 
-// The report command: "There is no saved report." when none is saved; else
-// the dialog, the chosen report read, and GenerateReportFromWindow.
+// The report command: when no report is saved, NoSavedReportOffer() and, on
+// Yes, the report editor; else the dialog, the chosen report read, and
+// GenerateReportFromWindow.
 void ReportFromWindow(MainWindow* window);
+// "There is no saved report." and the offer of the report editor.
+std::u16string NoSavedReportOffer();
 // The command after its dialog.
 bool RunWindowReport(MainWindow* window, const std::u16string& name,
                      const PeriodRange& range);

@@ -9,6 +9,7 @@
 #include "app/gui/screenshots_catalogue.h"
 #include "app/gui/screenshots_data.h"
 #include "app/gui/screenshots_options.h"
+#include "app/gui/screenshots_small.h"
 #include "app/gui/window_commands.h"
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
@@ -134,6 +135,7 @@ int main(int argc, char** argv) {
   ShootOptionsDialogs(&window, out);
   ShootDataDialogs(&window, out);
   ShootEntryDialogs(data, store, clock, out);
+  ShootSmallDialogs(&window, out);
 
   // The desktop: the table of a working week, grouped by day, its totals
   // below, at the two common screen sizes, light and dark.

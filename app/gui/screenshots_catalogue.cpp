@@ -9,6 +9,7 @@
 #include "app/gui/move_dialog.h"
 #include "app/gui/rate_edit_dialog.h"
 #include "app/gui/rate_setup_dialog.h"
+#include "app/gui/screenshots_shot.h"
 #include "tests/fake_prompt.h"
 
 namespace quillora {
@@ -25,20 +26,6 @@ class SampleContacts : public ContactsSource {
     return true;
   }
 };
-
-void Shoot(QWidget* widget, const QSize& size, const QString& path) {
-  widget->resize(size);
-  widget->show();
-  QApplication::processEvents();
-  widget->grab().save(path);
-  widget->hide();
-}
-
-void ShootBoth(QWidget* widget, const QString& out, const QString& name,
-               const QSize& desktop) {
-  Shoot(widget, QSize(240, 320), out + "/" + name + "-handheld.png");
-  Shoot(widget, desktop, out + "/" + name + ".png");
-}
 
 void AddSampleCatalogue(DataContext& data) {
   Catalogue& c = *data.catalogue;

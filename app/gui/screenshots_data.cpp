@@ -7,23 +7,9 @@
 #include "app/gui/export_dialogs.h"
 #include "app/gui/main_window.h"
 #include "app/gui/report_dialogs.h"
+#include "app/gui/screenshots_shot.h"
 
 namespace quillora {
-namespace {
-
-void ShootBoth(QWidget* widget, const QString& folder, const QString& name,
-               const QSize& desktop = QSize(460, 520)) {
-  for (const auto& [size, suffix] : {std::pair{QSize(240, 320), QString("-handheld")},
-                                     std::pair{desktop, QString()}}) {
-    widget->resize(size);
-    widget->show();
-    QApplication::processEvents();
-    widget->grab().save(folder + "/" + name + suffix + ".png");
-  }
-  widget->hide();
-}
-
-}  // namespace
 
 void ShootDataDialogs(MainWindow* window, const QString& folder) {
   // The sample's clients and two saved reports, the first the default one.
@@ -50,14 +36,14 @@ void ShootDataDialogs(MainWindow* window, const QString& folder) {
   }
   CriteriaDialog archive(CriteriaDialog::Purpose::kArchive, window->period().GetRange(),
                          clients, window->prompt(), window);
-  ShootBoth(&archive, folder, "archive");
+  ShootBoth(&archive, folder, "archive", QSize(460, 520));
   CriteriaDialog remove(CriteriaDialog::Purpose::kDeleteData, window->period().GetRange(),
                         clients, window->prompt(), window);
   remove.type_box()->setCurrentIndex(1);
   if (remove.client_list()->count() > 0) {
     remove.client_list()->item(0)->setCheckState(Qt::Checked);
   }
-  ShootBoth(&remove, folder, "delete-data");
+  ShootBoth(&remove, folder, "delete-data", QSize(460, 520));
 
   FindReplaceDialog find(window);
   if (find.find_box()->count() > 1) find.find_box()->setCurrentIndex(1);

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "app/gui/entry_editor_dialog.h"
+#include "app/gui/screenshots_shot.h"
 #include "app/gui/timers_dialog.h"
 #include "store/data_context.h"
 #include "store/note_text.h"
@@ -24,13 +25,6 @@ class SilentPrompt : public UserPrompt {
   void StepProgress(int, const std::u16string&) override {}
   void EndProgress() override {}
 };
-
-void Grab(QWidget* widget, const QSize& size, const QString& path) {
-  widget->resize(size);
-  widget->show();
-  QApplication::processEvents();
-  widget->grab().save(path);
-}
 
 std::vector<NoteStroke> Signature() {
   NoteStroke s;
@@ -65,13 +59,17 @@ void ShootEntryDialogs(DataContext& data, EntryStore& store, const Clock& clock,
   const EditorServices services{*data.catalogue, data.settings, *data.locale, prompt,
                                 clock};
   const char* names[] = {"general", "billing", "custom-fields", "notes"};
-  for (const auto& [size, suffix] : {std::pair{QSize(240, 320), QString("-handheld")},
-                                     std::pair{QSize(460, 420), QString()}}) {
+  for (const bool handheld : {true, false}) {
     EntryEditorDialog dialog(services, entry, store);
     for (int page = 0; page < 4; ++page) {
       dialog.pages()->setCurrentIndex(page);
       if (page == 1) dialog.calculate_button()->click();
-      Grab(&dialog, size, out + "/entry-editor-" + names[page] + suffix + ".png");
+      const QString path = out + "/entry-editor-" + names[page];
+      if (handheld) {
+        ShootHandheld(&dialog, path + "-handheld.png");
+      } else {
+        ShootDesktop(&dialog, QSize(460, 420), path + ".png");
+      }
     }
     dialog.reject();
   }
@@ -85,10 +83,7 @@ void ShootEntryDialogs(DataContext& data, EntryStore& store, const Clock& clock,
   TimersDialogWidget dialog(hub, *data.locale, prompt, nullptr, 1);
   dialog.note_edit()->SetText("Calling the printer about the brochure proofs.");
   for (int i = 0; i < 4712; ++i) timers.Tick();  // each tick counts at least a second
-  for (const auto& [size, suffix] : {std::pair{QSize(240, 320), QString("-handheld")},
-                                     std::pair{QSize(400, 360), QString()}}) {
-    Grab(&dialog, size, out + "/entry-timers" + suffix + ".png");
-  }
+  ShootBoth(&dialog, out, "entry-timers", QSize(400, 360));
 }
 
 }  // namespace quillora

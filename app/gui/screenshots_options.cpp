@@ -3,28 +3,17 @@
 #include <QApplication>
 
 #include "app/gui/options_commands.h"
+#include "app/gui/screenshots_shot.h"
 
 namespace quillora {
-namespace {
-
-const QSize kHandheld(240, 320);
-
-void Grab(QWidget* widget, const QSize& size, const QString& path) {
-  widget->resize(size);
-  widget->show();
-  QApplication::processEvents();
-  widget->grab().save(path);
-}
-
-}  // namespace
 
 void ShootOptionsDialogs(MainWindow* window, const QString& out) {
   const char* const tabs[] = {"general", "defaults", "display", "custom-fields", "export"};
   std::unique_ptr<OptionsDialog> options = MakeOptionsDialog(window);
   for (int i = 0; i < options->pages()->count(); ++i) {
     options->pages()->setCurrentIndex(i);
-    Grab(options.get(), kHandheld, out + "/options-" + tabs[i] + "-handheld.png");
-    Grab(options.get(), QSize(500, 460), out + "/options-" + tabs[i] + ".png");
+    ShootHandheld(options.get(), out + "/options-" + tabs[i] + "-handheld.png");
+    ShootDesktop(options.get(), QSize(500, 460), out + "/options-" + tabs[i] + ".png");
   }
   options->hide();
 
@@ -33,13 +22,11 @@ void ShootOptionsDialogs(MainWindow* window, const QString& out) {
   page.SelectText(kFilterClientList, u"Acme Corp");
   page.paid = false;
   FiltersDialog filters(&page, window);
-  Grab(&filters, kHandheld, out + "/filters-handheld.png");
-  Grab(&filters, QSize(420, 480), out + "/filters.png");
+  ShootBoth(&filters, out, "filters", QSize(420, 480));
   filters.hide();
 
   std::unique_ptr<QuickSummaryDialog> summary = MakeQuickSummaryDialog(window);
-  Grab(summary.get(), kHandheld, out + "/quick-summary-handheld.png");
-  Grab(summary.get(), QSize(440, 560), out + "/quick-summary.png");
+  ShootBoth(summary.get(), out, "quick-summary", QSize(440, 560));
   summary->hide();
 }
 

@@ -2,9 +2,9 @@
 
 #include <QGridLayout>
 #include <QPainter>
-#include <QPixmap>
 #include <QVBoxLayout>
 
+#include "app/gui/painted_icon.h"
 #include "app/gui/qt_text.h"
 
 namespace quillora {
@@ -28,30 +28,27 @@ TimerHub::TimerHub(const Clock& clock, QObject* parent, std::unique_ptr<TickTime
 }
 
 QIcon TimerStateIcon(TimerIcon icon) {
-  QPixmap pixmap(16, 16);
-  pixmap.fill(Qt::transparent);
-  QPainter p(&pixmap);
-  p.setRenderHint(QPainter::Antialiasing);
-  switch (icon) {
-    case TimerIcon::kIdle:
-      p.setPen(QPen(QColor(0x80, 0x80, 0x80), 1.5));
-      p.setBrush(Qt::NoBrush);
-      p.drawEllipse(QRectF(2.5, 2.5, 11, 11));
-      p.drawLine(QPointF(8, 8), QPointF(8, 4.5));
-      break;
-    case TimerIcon::kPaused:
-      p.setPen(Qt::NoPen);
-      p.setBrush(QColor(0xD0, 0x90, 0x00));
-      p.drawRect(QRectF(3, 3, 3.5, 10));
-      p.drawRect(QRectF(9.5, 3, 3.5, 10));
-      break;
-    case TimerIcon::kRunning:
-      p.setPen(Qt::NoPen);
-      p.setBrush(QColor(0xC0, 0x20, 0x20));
-      p.drawEllipse(QRectF(2, 2, 12, 12));
-      break;
-  }
-  return QIcon(pixmap);
+  return PaintedIcon([icon](QPainter& p) {
+    switch (icon) {
+      case TimerIcon::kIdle:
+        p.setPen(QPen(QColor(0x80, 0x80, 0x80), 1.5));
+        p.setBrush(Qt::NoBrush);
+        p.drawEllipse(QRectF(2.5, 2.5, 11, 11));
+        p.drawLine(QPointF(8, 8), QPointF(8, 4.5));
+        break;
+      case TimerIcon::kPaused:
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0xD0, 0x90, 0x00));
+        p.drawRect(QRectF(3, 3, 3.5, 10));
+        p.drawRect(QRectF(9.5, 3, 3.5, 10));
+        break;
+      case TimerIcon::kRunning:
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0xC0, 0x20, 0x20));
+        p.drawEllipse(QRectF(2, 2, 12, 12));
+        break;
+    }
+  });
 }
 
 TimersDialogWidget::TimersDialogWidget(TimerHub& hub, const Locale& locale,
