@@ -15,6 +15,7 @@
 namespace quillora {
 void ShootEntryDialogs(DataContext& data, EntryStore& store, const Clock& clock,
                        const QString& out);
+void ShootTimerStatus(MainWindow* window, const QString& out);
 }  // namespace quillora
 
 namespace {
@@ -81,5 +82,6 @@ int main(int argc, char** argv) {
   ShootOptionsDialogs(&window, out);
   ShootDataDialogs(&window, out);
   ShootEntryDialogs(data, store, clock, out);
+  ShootTimerStatus(&window, out);
   return 0;
 }

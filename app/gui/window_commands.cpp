@@ -12,6 +12,7 @@
 #include "app/gui/main_window.h"
 #include "app/gui/options_commands.h"
 #include "app/gui/report_dialogs.h"
+#include "app/gui/timer_commands.h"
 #include "store/settings.h"
 
 namespace quillora {
@@ -19,6 +20,7 @@ namespace quillora {
 EntryCommands* WireWindowCommands(MainWindow* w) {
   auto* entry = new EntryCommands(w);
   const WindowActions& a = w->actions();
+  auto* timers = new TimerCommands(w, entry, a.timers);
   const std::pair<QAction*, std::function<void()>> commands[] = {
       // File
       {a.export_csv, [w] { ExportFromWindow(w, ExportFormat::kCsv); }},
@@ -54,7 +56,7 @@ EntryCommands* WireWindowCommands(MainWindow* w) {
       {a.summary, [w] { RunSummary(w); }},
       {a.filters, [w] { RunFilters(w); }},
       // Tools
-      {a.timers, [entry] { entry->OpenTimers(); }},
+      {a.timers, [timers] { timers->OpenTimers(); }},
       {a.clients, [w] { OpenClients(w); }},
       {a.rates, [w] { OpenRateSetup(w); }},
       {a.reports, [w] { ReportEditorFromWindow(w); }},
@@ -65,7 +67,6 @@ EntryCommands* WireWindowCommands(MainWindow* w) {
   for (const auto& [action, run] : commands) {
     QObject::connect(action, &QAction::triggered, w, run);
   }
-  entry->UpdateTimerButton();
   QObject::connect(w, &MainWindow::EntryActivated, entry,
                    [entry] { entry->EditSelected(); });
   QObject::connect(w, &MainWindow::EntryClicked, entry, [w, entry] {
