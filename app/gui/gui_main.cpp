@@ -16,7 +16,8 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
               const std::vector<std::string>& paths) {
   QApplication app(argc, argv);
   QApplication::setApplicationName("Quillora");
-  QApplication::setApplicationDisplayName("Quillora");
+  // No display name: Qt would append " — Quillora" to every title on X11 and
+  // Wayland, so the window's "Quillora - Timer 2 01:12:40" would say it twice.
   InstallOutOfMemoryHandler();
   QStringList arguments;
   for (const std::string& p : paths) arguments << QString::fromStdString(p);

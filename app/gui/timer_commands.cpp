@@ -145,6 +145,9 @@ void TimerCommands::Quit() {
 }
 
 bool TimerCommands::eventFilter(QObject* watched, QEvent* event) {
+  // Shown again, whichever way (the tray, a second start): the tray icon
+  // goes back to showing only running timers.
+  if (watched == window_ && event->type() == QEvent::Show) tray_->SetKeepShown(false);
   if (watched != window_ || event->type() != QEvent::Close || quitting_) return false;
   // The window manager's close button; Exit (Ctrl+Q) closes from the program.
   if (event->spontaneous() && window_->data().settings.tray_on_close != 0 &&
@@ -169,7 +172,6 @@ bool TimerCommands::RaiseModal() {
 }
 
 void TimerCommands::ShowWindow() {
-  tray_->SetKeepShown(false);
   if (window_->isHidden()) window_->show();
   if (window_->isMinimized()) window_->showNormal();
   window_->raise();
