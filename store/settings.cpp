@@ -113,6 +113,7 @@ bool LoadSettings(Registry& registry, Settings* s) {
   s->time_interval = word(u"TimeInterval", 3);
   s->sort = word(u"Sort", 0);
   s->hour_symbol = word(u"HourSymbol", 1);
+  s->tray_on_close = dword(u"TrayOnClose", 0);
 
   std::array<unsigned char, 20> display;
   if (ReadBinary(registry, key, u"ViewCust", display.data(), 20) == kErrorSuccess) {
@@ -161,6 +162,7 @@ bool SaveSettings(Registry& registry, const Settings& s) {
   keep(WriteBinary(registry, key, u"PeriodStart", start.data(), 16));
   const auto end = SystemTimeToBytes(s.period_end);
   keep(WriteBinary(registry, key, u"PeriodEnd", end.data(), 16));
+  keep(WriteDword(registry, key, u"TrayOnClose", s.tray_on_close));
   return ok;
 }
 

@@ -81,6 +81,9 @@ struct Settings {
   SystemTime period_start;  // custom period, all zero when never set
   SystemTime period_end;
   std::uint16_t hour_symbol = 1;  // "(None)", "h", "hr"
+  // "TrayOnClose": closing the window keeps Quillora running in the tray
+  // (General page). The desktop's own value; off by default.
+  std::uint32_t tray_on_close = 0;
 
   friend bool operator==(const Settings&, const Settings&) = default;
 };

@@ -126,6 +126,7 @@ std::vector<SettingValueInfo> BuildTable() {
   t.push_back(Text("DefReport", kDefaultReportChars, kDefaultReportChars - 1, u""));
   t.push_back(Binary("PeriodStart", 16, CheckTime));
   t.push_back(Binary("PeriodEnd", 16, CheckTime));
+  t.push_back(Dword("TrayOnClose", 0, 0, 1));
   t.push_back(Dword("NextClient", 1));
   t.back().access = SettingAccess::kReadOnly;
   for (int i = 0; i < kListColumns; ++i) {

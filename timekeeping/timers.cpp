@@ -6,6 +6,7 @@
 #include "platform/text.h"
 #include "store/string_table.h"
 #include "timekeeping/duration.h"
+#include "timekeeping/entry_editor.h"
 
 namespace quillora {
 namespace {
@@ -57,12 +58,14 @@ void TimerSet::Record(int index) {
   if (slot == nullptr || !TimerButtonsFor(slot->state).record_enabled) return;
   slot->start = clock_.LocalNow();
   slot->state = kTimerRecording;
+  Changed(index);
 }
 
 void TimerSet::Pause(int index) {
   TimerSlot* slot = Slot(index);
   if (slot == nullptr || !TimerButtonsFor(slot->state).pause_enabled) return;
   slot->state = slot->state == kTimerPaused ? kTimerRecording : kTimerPaused;
+  Changed(index);
 }
 
 void TimerSet::Complete(int index, std::vector<std::uint8_t> note) {
@@ -70,6 +73,7 @@ void TimerSet::Complete(int index, std::vector<std::uint8_t> note) {
   if (slot == nullptr || !TimerButtonsFor(slot->state).complete_enabled) return;
   slot->state = kTimerCompleted;
   slot->note = std::move(note);
+  Changed(index);
 }
 
 void TimerSet::Reset(int index) {
@@ -85,6 +89,16 @@ bool TimerSet::AnyActive() const {
     if (slot.state != kTimerIdle) return true;
   }
   return false;
+}
+
+int TimerSet::LastChanged() const {
+  int last = -1;
+  for (int i = 0; i < kTimerCount; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    if (slots_[at].state == kTimerIdle) continue;
+    if (last < 0 || changed_[at] > changed_[static_cast<std::size_t>(last)]) last = i;
+  }
+  return last;
 }
 
 TimerButtons TimerButtonsFor(std::int32_t state) {
@@ -125,11 +139,15 @@ std::u16string TimerStartText(const TimerSlot& slot, const Locale& locale) {
   return u"Start: " + locale.FormatTime(slot.start, kTimeNoSeconds);
 }
 
-std::u16string TimerDurationText(std::int32_t elapsed) {
+std::u16string TimerClockText(std::int32_t elapsed) {
   char text[48];
   std::snprintf(text, sizeof text, "%02ld:%02ld:%02ld", static_cast<long>(elapsed / 3600),
                 static_cast<long>((elapsed / 60) % 60), static_cast<long>(elapsed % 60));
-  return u"Duration: " + WidenAscii(text);
+  return WidenAscii(text);
+}
+
+std::u16string TimerDurationText(std::int32_t elapsed) {
+  return u"Duration: " + TimerClockText(elapsed);
 }
 
 TimersDialog::TimersDialog(TimerSet& timers, int tab)
@@ -179,8 +197,9 @@ bool TimersDialog::ResetTimer(UserPrompt& prompt) {
 void TimersDialog::Close() { timers_.SetNote(tab_, note_); }
 
 TimeEntry EntryFromTimer(const TimerSlot& slot, const Settings& settings) {
-  TimeEntry entry;
-  Clear(&entry);
+  // A timed entry is a new entry like any other: the editor opens "with
+  // defaults from the settings".
+  TimeEntry entry = NewEntry(settings, slot.start);
   SystemTime start = slot.start;
   start.second = kStartTimeMark;
   start.milliseconds = 0;

@@ -104,13 +104,20 @@ class TimerSet {
   // True while any timer is not idle: the toolbar's timer button is then
   // shown pressed.
   bool AnyActive() const;
+  // The timer that was last recorded, paused, resumed or completed among
+  // those that are not idle; -1 when all are idle. The window shows its time.
+  int LastChanged() const;
 
  private:
   TimerSlot* Slot(int index);
+  void Changed(int index) { changed_[static_cast<std::size_t>(index)] = ++changes_; }
 
   const Clock& clock_;
   TickTimer* tick_timer_;
   std::array<TimerSlot, kTimerCount> slots_;
+  // When each slot's state last changed, as a count of changes.
+  std::array<std::uint64_t, kTimerCount> changed_{};
+  std::uint64_t changes_ = 0;
   FileTime last_tick_ = 0;
   std::function<void(int)> refresh_;
 };
@@ -134,8 +141,10 @@ TimerIcon TimerIconFor(std::int32_t state);
 // "Start: " and the start time in the locale's time format without seconds,
 // or "Start: <>" for an idle timer.
 std::u16string TimerStartText(const TimerSlot& slot, const Locale& locale);
-// "Duration: " and "%02ld:%02ld:%02ld" of hours, minutes, seconds; hours are
-// not limited to two digits (360000 seconds: "100:00:00").
+// "%02ld:%02ld:%02ld" of hours, minutes, seconds; hours are not limited to
+// two digits (360000 seconds: "100:00:00").
+std::u16string TimerClockText(std::int32_t elapsed);
+// "Duration: " and TimerClockText.
 std::u16string TimerDurationText(std::int32_t elapsed);
 
 // The "Entry Timers" dialog: the selected tab, the note control, the
@@ -177,10 +186,11 @@ class TimersDialog {
   std::vector<std::uint8_t> note_;
 };
 
-// The new entry for a completed timer: an empty entry with the date and
-// start time of the slot's start (the start-time mark in its seconds), the
-// duration from the elapsed seconds through SetDurationFromTimer (so the
-// granularity applies), and the slot's note.
+// The new entry for a completed timer: what "New Entry" starts from (NewEntry:
+// billable and currency from the new-entry defaults), with the date and start
+// time of the slot's start (the start-time mark in its seconds), the duration
+// from the elapsed seconds through SetDurationFromTimer (so the granularity
+// applies), and the slot's note.
 TimeEntry EntryFromTimer(const TimerSlot& slot, const Settings& settings);
 
 // What the main window does on TimerCompleted: builds the entry, lets

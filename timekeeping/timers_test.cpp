@@ -80,8 +80,13 @@ TEST_F(TimersTest, NinetyMinutesShowAndBecomeAnEntryAtTheGranularity) {
   EXPECT_EQ(TimerStartText(timers_.slot(0), *locale_), u"Start: <>");
 
   timers_.Complete(1, {'n', 'o', 't', 'e'});
-  const TimeEntry entry = EntryFromTimer(slot, WithGranularity(15));
+  Settings defaults = WithGranularity(15);
+  defaults.option_bits |= kOptionBillable;
+  defaults.default_currency = u"EUR";
+  const TimeEntry entry = EntryFromTimer(slot, defaults);
   EXPECT_EQ(entry.duration, 150u);
+  EXPECT_TRUE(entry.billable) << "the new-entry defaults, as New Entry has them";
+  EXPECT_EQ(entry.currency, u"EUR");
   SystemTime start;
   ASSERT_TRUE(FileTimeToSystemTime(entry.start, &start));
   EXPECT_EQ(start, MakeSystemTime(2026, 11, 20, 9, 5, kStartTimeMark))

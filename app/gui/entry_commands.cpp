@@ -7,18 +7,19 @@
 
 namespace quillora {
 
-EntryCommands::EntryCommands(MainWindow* window)
-    : QObject(window), window_(window), hub_(new TimerHub(window->clock(), this)) {
+EntryCommands::EntryCommands(MainWindow* window) : QObject(window), window_(window) {
   setObjectName("entryCommands");
 }
 
-bool EntryCommands::EditEntry(const TimeEntry& entry) {
+bool EntryCommands::EditEntry(const TimeEntry& entry,
+                              const std::u16string& cancel_question) {
   DataContext& data = window_->data();
   if (!data.catalogue) return false;
   const EditorServices services{*data.catalogue, data.settings, *data.locale,
                                 window_->prompt(), window_->clock()};
   EntryEditorDialog dialog(services, entry, window_->entries(), window_);
   dialog.setObjectName("entryEditor");
+  dialog.SetCancelQuestion(cancel_question);
   if (dialog.exec() != QDialog::Accepted) return false;
   window_->Reload();
   window_->SelectRecord(dialog.editor().entry().recordId);
@@ -48,23 +49,6 @@ void EntryCommands::CopySelected() {
                                data.locale->AnsiCodePage(), window_->prompt(), window_);
   dialog.setObjectName("copyEntry");
   dialog.exec();
-}
-
-void EntryCommands::OpenTimers() {
-  DataContext& data = window_->data();
-  TimersDialogWidget dialog(*hub_, *data.locale, window_->prompt(), window_, last_tab_);
-  dialog.setObjectName("entryTimers");
-  const int result = dialog.exec();
-  last_tab_ = dialog.model().tab();
-  UpdateTimerButton();
-  if (result != 1) return;
-  HandOverTimer(hub_->timers(), last_tab_, data.settings,
-                [this](TimeEntry& entry) { return EditEntry(entry); });
-  UpdateTimerButton();
-}
-
-void EntryCommands::UpdateTimerButton() {
-  window_->actions().timers->setChecked(hub_->timers().AnyActive());
 }
 
 }  // namespace quillora

@@ -1,12 +1,12 @@
 // The window's entry commands: "New Entry", "Edit Entry" (also a double
-// click, or a tap with the item tap option), "Copy Entry...", and the entry
-// timers with their toolbar button.
+// click, or a tap with the item tap option) and "Copy Entry...". The entry
+// timers are app/gui/timer_commands.h.
 #ifndef QUILLORA_APP_GUI_ENTRY_COMMANDS_H_
 #define QUILLORA_APP_GUI_ENTRY_COMMANDS_H_
 
 #include <QObject>
+#include <string>
 
-#include "app/gui/timers_dialog.h"
 #include "store/time_entry.h"
 
 namespace quillora {
@@ -19,24 +19,16 @@ class EntryCommands : public QObject {
  public:
   explicit EntryCommands(MainWindow* window);
 
-  TimerHub& hub() { return *hub_; }
-
   // Runs the entry editor on `entry` (new when its record id is 0); true
-  // when it was saved, the view then reloaded.
-  bool EditEntry(const TimeEntry& entry);
+  // when it was saved, the view then reloaded. A `cancel_question` is asked
+  // before Cancel closes the editor.
+  bool EditEntry(const TimeEntry& entry, const std::u16string& cancel_question = {});
   void NewEntry();
   void EditSelected();
   void CopySelected();
-  // "Entry Timers": the dialog, then, after "Task Complete", the editor on
-  // the timer's new entry and the timer's reset.
-  void OpenTimers();
-  // The toolbar's timer button is shown pressed while any timer runs.
-  void UpdateTimerButton();
 
  private:
   MainWindow* window_;
-  TimerHub* hub_;
-  int last_tab_ = 0;
 };
 
 }  // namespace quillora

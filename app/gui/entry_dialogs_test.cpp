@@ -13,6 +13,8 @@
 #include "app/gui/entry_editor_dialog.h"
 #include "app/gui/qt_text.h"
 #include "app/gui/window_test_fixture.h"
+#include "app/gui/timer_commands.h"
+#include "app/gui/window_commands.h"
 #include "platform/text.h"
 #include "store/string_table.h"
 #include "timekeeping/duration.h"
@@ -30,6 +32,7 @@ class EntryDialogsTest : public QObject {
   MainWindow* window_ = nullptr;
   testing::FakePrompt& prompt_ = f_.prompt();
   EntryCommands* commands_ = nullptr;
+  TimerCommands* timers_ = nullptr;
 
   EditorServices Services() {
     return {*data_->catalogue, data_->settings, *data_->locale, prompt_, *clock_};
@@ -62,7 +65,8 @@ class EntryDialogsTest : public QObject {
     window_ = &f_.window();
     commands_ = window_->findChild<EntryCommands*>("entryCommands");
     QVERIFY(commands_ != nullptr);
-    commands_->hub().StopTicking();
+    timers_ = window_->findChild<TimerCommands*>("timerCommands");
+    timers_->hub().StopTicking();
     prompt_ = testing::FakePrompt();
   }
 
@@ -71,7 +75,7 @@ class EntryDialogsTest : public QObject {
   // Timer 2 records for 80 minutes with a note and a drawing; "Task Complete"
   // opens the editor on the new entry; OK saves it into the week shown.
   void TimerToEntryInTheWeekView() {
-    TimerSet& timers = commands_->hub().timers();
+    TimerSet& timers = timers_->hub().timers();
     bool editor_seen = false;
     OnModal([&](QWidget* widget) {
       auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
@@ -108,7 +112,7 @@ class EntryDialogsTest : public QObject {
       });
       dialog->complete_button()->click();
     });
-    commands_->OpenTimers();
+    timers_->OpenTimers();
     QVERIFY(editor_seen);
     QVERIFY(prompt_.shown.empty());
     QCOMPARE(timers.slot(1).state, kTimerIdle);
@@ -126,31 +130,8 @@ class EntryDialogsTest : public QObject {
     QCOMPARE(window_->SelectedRecordId(), shown[0].recordId);
   }
 
-  // A timer left recording keeps the toolbar button pressed; cancelling the
-  // editor after "Task Complete" loses the timed entry.
-  void TimerButtonAndCancelledEntry() {
-    OnModal([&](QWidget* widget) {
-      auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
-      QVERIFY(dialog != nullptr);
-      dialog->record_button()->click();
-    });
-    commands_->OpenTimers();
-    QVERIFY(window_->actions().timers->isChecked());
-    OnModal([&](QWidget* widget) {
-      auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
-      QVERIFY(dialog != nullptr);
-      QCOMPARE(dialog->tabs()->currentIndex(), 0);
-      OnModal([](QWidget* editor) { QVERIFY(qobject_cast<EntryEditorDialog*>(editor)); });
-      dialog->complete_button()->click();
-    });
-    commands_->OpenTimers();
-    QCOMPARE(commands_->hub().timers().slot(0).state, kTimerIdle);
-    QVERIFY(!window_->actions().timers->isChecked());
-    QVERIFY(Shown().empty());
-  }
-
   void TimerButtonsFollowTheState() {
-    TimersDialogWidget dialog(commands_->hub(), *data_->locale, prompt_);
+    TimersDialogWidget dialog(timers_->hub(), *data_->locale, prompt_);
     struct Step {
       const char* what;
       QPushButton* button;
@@ -175,9 +156,9 @@ class EntryDialogsTest : public QObject {
     dialog.note_edit()->SetText("kept");
     prompt_.answers = {Answer::kNo, Answer::kYes};
     dialog.reset_button()->click();
-    QCOMPARE(commands_->hub().timers().slot(0).state, kTimerRecording);
+    QCOMPARE(timers_->hub().timers().slot(0).state, kTimerRecording);
     dialog.reset_button()->click();
-    QCOMPARE(commands_->hub().timers().slot(0).state, kTimerIdle);
+    QCOMPARE(timers_->hub().timers().slot(0).state, kTimerIdle);
     QCOMPARE(dialog.note_edit()->Text(), QString());
     QCOMPARE(ToQString(prompt_.shown.at(0).text),
              QString("Are you sure to reset the timer?"));

@@ -543,4 +543,13 @@ void EntryEditorDialog::accept() {
   if (*save_result_ == SaveResult::kRefused) FocusRefused();
 }
 
+void EntryEditorDialog::reject() {
+  if (!cancel_question_.empty() &&
+      prompt_.Ask(kAppTitle, cancel_question_, MessageIcon::kQuestion,
+                  QuestionButtons::kYesNo, Answer::kNo) != Answer::kYes) {
+    return;
+  }
+  QDialog::reject();
+}
+
 }  // namespace quillora

@@ -69,10 +69,17 @@ class EntryEditorDialog : public QDialog {
   bool EditInWord();
   // "Set...": the start and end dialog, run by `pick` (tests) or modally.
   void SetStartEnd(const std::function<bool(StartEndPickers*)>& pick = {});
+  // Cancelling then asks `question` (Yes/No, No the default) and closes only
+  // on Yes: a timed entry is gone once its editor is cancelled.
+  void SetCancelQuestion(std::u16string question) {
+    cancel_question_ = std::move(question);
+  }
 
  public slots:
   // OK: the model checks every page and writes the entry.
   void accept() override;
+  // Cancel, Escape and closing the window.
+  void reject() override;
 
  private:
   QWidget* BuildGeneral();
@@ -94,6 +101,7 @@ class EntryEditorDialog : public QDialog {
   bool billing_opened_ = false;
   QString document_folder_;
   DocumentOpener opener_;
+  std::u16string cancel_question_;
 
   QTabWidget* pages_ = nullptr;
   QDateEdit* date_ = nullptr;

@@ -21,7 +21,8 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
               const std::vector<std::string>& paths) {
   QApplication app(argc, argv);
   QApplication::setApplicationName("Quillora");
-  QApplication::setApplicationDisplayName("Quillora");
+  // No display name: Qt would append " — Quillora" to every title on X11 and
+  // Wayland, so the window's "Quillora - Timer 2 01:12:40" would say it twice.
   // The desktop finds the installed quillora.desktop (and its icon) by this.
   QGuiApplication::setDesktopFileName("quillora");
   QApplication::setWindowIcon(AppIcon());

@@ -147,6 +147,9 @@ QWidget* OptionsDialog::BuildGeneralPage() {
                               page);
   week_number_ =
       AddWrappingCheck(column, "weekNumber", tr("Show Week Number (Week View Only)"), page);
+  // Heeded only where the desktop has a tray; elsewhere closing quits.
+  tray_on_close_ = AddWrappingCheck(
+      column, "trayOnClose", tr("Keep running in the tray when the window is closed"), page);
   column->addStretch(1);
 
   const std::uint32_t bits = settings_.option_bits;
@@ -155,6 +158,7 @@ QWidget* OptionsDialog::BuildGeneralPage() {
   item_tap_->setCurrentIndex(bits & kOptionItemTap ? 1 : 0);
   precise_->setChecked(bits & kOptionPreciseCalculation);
   week_number_->setChecked(bits & kOptionWeekNumber);
+  tray_on_close_->setChecked(settings_.tray_on_close != 0);
   return Scrolling(page);
 }
 
@@ -343,6 +347,7 @@ Settings OptionsDialog::Result() const {
   SetBit(&bits, kOptionItemTap, item_tap_->currentIndex() == 1);
   SetBit(&bits, kOptionPreciseCalculation, precise_->isChecked());
   SetBit(&bits, kOptionWeekNumber, week_number_->isChecked());
+  s.tray_on_close = tray_on_close_->isChecked() ? 1 : 0;
   // Defaults.
   SetBit(&bits, kOptionBillable, billable_->isChecked());
   s.default_currency = FromQString(currency_->currentText().left(kDefaultCurrencyChars - 1));

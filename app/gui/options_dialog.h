@@ -54,6 +54,7 @@ class OptionsDialog : public QDialog {
   QComboBox* item_tap_ = nullptr;
   QCheckBox* precise_ = nullptr;
   QCheckBox* week_number_ = nullptr;
+  QCheckBox* tray_on_close_ = nullptr;
   // Defaults.
   QCheckBox* billable_ = nullptr;
   QComboBox* currency_ = nullptr;

@@ -17,6 +17,7 @@
 namespace quillora {
 void ShootEntryDialogs(DataContext& data, EntryStore& store, const Clock& clock,
                        const QString& out);
+void ShootTimerStatus(MainWindow* window, const QString& out);
 }  // namespace quillora
 
 namespace {
@@ -135,6 +136,7 @@ int main(int argc, char** argv) {
   ShootOptionsDialogs(&window, out);
   ShootDataDialogs(&window, out);
   ShootEntryDialogs(data, store, clock, out);
+  ShootTimerStatus(&window, out);
   ShootSmallDialogs(&window, out);
 
   // The desktop: the table of a working week, grouped by day, its totals

@@ -106,11 +106,11 @@ TimersDialogWidget::TimersDialogWidget(TimerHub& hub, const Locale& locale,
   // The buttons act on a click; their pressed look comes from the state.
   connect(record_, &QPushButton::clicked, this, [this] {
     model_.Record();
-    Refresh();
+    emit hub_.Changed();
   });
   connect(pause_, &QPushButton::clicked, this, [this] {
     model_.Pause();
-    Refresh();
+    emit hub_.Changed();
   });
   connect(complete_, &QPushButton::clicked, this, [this] {
     KeepNote();
@@ -124,8 +124,9 @@ TimersDialogWidget::TimersDialogWidget(TimerHub& hub, const Locale& locale,
   connect(reset_, &QPushButton::clicked, this, [this] {
     KeepNote();
     if (model_.ResetTimer(prompt_)) note_->Clear();
-    Refresh();
+    emit hub_.Changed();
   });
+  connect(&hub_, &TimerHub::Changed, this, &TimersDialogWidget::Refresh);
   connect(&hub_, &TimerHub::Refreshed, this, [this](int index) {
     if (index == model_.tab()) duration_->setText(ToQString(model_.DurationText()));
   });

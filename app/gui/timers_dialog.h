@@ -45,6 +45,9 @@ class TimerHub : public QObject {
  signals:
   // After a tick, with a recording timer's index.
   void Refreshed(int index);
+  // After a command changed a timer's state, from the dialog or elsewhere
+  // (the tray, the toolbar's menu).
+  void Changed();
 
  private:
   std::unique_ptr<TickTimer> tick_;

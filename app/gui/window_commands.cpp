@@ -15,6 +15,7 @@
 #include "app/gui/options_commands.h"
 #include "app/gui/report_dialogs.h"
 #include "app/gui/shortcuts_dialog.h"
+#include "app/gui/timer_commands.h"
 #include "store/settings.h"
 
 namespace quillora {
@@ -22,6 +23,7 @@ namespace quillora {
 EntryCommands* WireWindowCommands(MainWindow* w) {
   auto* entry = new EntryCommands(w);
   const WindowActions& a = w->actions();
+  auto* timers = new TimerCommands(w, entry, a.timers);
   const std::pair<QAction*, std::function<void()>> commands[] = {
       // File
       {a.export_csv, [w] { ExportFromWindow(w, ExportFormat::kCsv); }},
@@ -61,7 +63,7 @@ EntryCommands* WireWindowCommands(MainWindow* w) {
       {a.filters, [w] { RunFilters(w); }},
       {a.clear_filter, [w] { w->ClearFilter(); }},
       // Tools
-      {a.timers, [entry] { entry->OpenTimers(); }},
+      {a.timers, [timers] { timers->OpenTimers(); }},
       {a.clients, [w] { OpenClients(w); }},
       {a.rates, [w] { OpenRateSetup(w); }},
       {a.reports, [w] { ReportEditorFromWindow(w); }},
@@ -81,7 +83,6 @@ EntryCommands* WireWindowCommands(MainWindow* w) {
   for (const auto& [action, run] : commands) {
     QObject::connect(action, &QAction::triggered, w, run);
   }
-  entry->UpdateTimerButton();
   QObject::connect(w, &MainWindow::EntryActivated, entry,
                    [entry] { entry->EditSelected(); });
   QObject::connect(w, &MainWindow::EntryClicked, entry, [w, entry] {

@@ -1,0 +1,227 @@
+// The running timers kept in sight offscreen, with the window's clock set:
+// the title, the tray's tooltip and menu, the toolbar's record menu, the
+// question before quitting, the one before a timed entry is cancelled, and a
+// timed entry carrying the new-entry defaults.
+#include "app/gui/timer_commands.h"
+
+#include <QApplication>
+#include <QtTest>
+
+#include "app/gui/entry_commands.h"
+#include "app/gui/entry_editor_dialog.h"
+#include "app/gui/main_window.h"
+#include "app/gui/qt_text.h"
+#include "app/gui/window_commands.h"
+#include "tests/fake_prompt.h"
+#include "tests/temp_dir.h"
+
+namespace quillora {
+namespace {
+
+class TimerCommandsTest : public QObject {
+  Q_OBJECT
+
+ private:
+  std::unique_ptr<testing::TempDir> dir_;
+  std::unique_ptr<DataContext> data_;
+  std::unique_ptr<FixedClock> clock_;
+  std::unique_ptr<MainWindow> window_;
+  testing::FakePrompt prompt_;
+  TimerCommands* commands_ = nullptr;
+  int seconds_ = 0;  // the clock, in seconds after 9:00
+
+  TimerSet& timers() { return commands_->hub().timers(); }
+  // Moves the clock on and ticks once: recording timers gain `seconds`.
+  void Pass(int seconds) {
+    seconds_ += seconds;
+    clock_->Set(MakeSystemTime(2026, 11, 18, 9 + seconds_ / 3600, (seconds_ / 60) % 60,
+                               seconds_ % 60));
+    timers().Tick();
+  }
+  QAction* TrayAction(const QString& name) {
+    return commands_->tray()->menu()->findChild<QAction*>(name);
+  }
+  // Runs `body` on the next modal dialog once it is up.
+  void OnModal(std::function<void(QWidget*)> body) {
+    QTimer::singleShot(
+        0, this, [body = std::move(body)] { body(QApplication::activeModalWidget()); });
+  }
+
+ private slots:
+  void init() {
+    dir_ = std::make_unique<testing::TempDir>();
+    data_ = std::make_unique<DataContext>();
+    std::string error;
+    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
+    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 18, 9, 0, 0));
+    seconds_ = 0;
+    window_ = std::make_unique<MainWindow>(*data_, *clock_);
+    window_->SetPrompt(&prompt_);
+    QVERIFY(window_->Open());
+    WireWindowCommands(window_.get());
+    commands_ = window_->findChild<TimerCommands*>("timerCommands");
+    QVERIFY(commands_ != nullptr);
+    commands_->hub().StopTicking();
+    timers().Tick();  // the previous tick: from now on a tick counts the clock
+    prompt_ = testing::FakePrompt();
+  }
+
+  void cleanup() {
+    window_.reset();
+    data_.reset();
+    dir_.reset();
+  }
+
+  void TitleTooltipAndButtonFollowTheTimers() {
+    const struct {
+      const char* what;
+      std::function<void()> act;
+      QString title, tooltip, button;
+    } steps[] = {
+        {"idle", [] {}, "Quillora", "Quillora", ""},
+        {"0 s", [&] { commands_->Record(1); }, "Quillora - Timer 2 00:00:00",
+         "Quillora\nTimer 2 00:00:00", "00:00:00"},
+        {"59 s", [&] { Pass(59); }, "Quillora - Timer 2 00:00:59",
+         "Quillora\nTimer 2 00:00:59", "00:00:59"},
+        {"3600 s", [&] { Pass(3541); }, "Quillora - Timer 2 01:00:00",
+         "Quillora\nTimer 2 01:00:00", "01:00:00"},
+        {"two timers",
+         [&] {
+           commands_->Record(0);
+           Pass(10);
+           commands_->Pause(0);
+         },
+         "Quillora - Timer 1 00:00:10 (paused) +1",
+         "Quillora\nTimer 1 00:00:10 (paused)\nTimer 2 01:00:10", "00:00:10"},
+    };
+    const QAction* button = window_->actions().timers;
+    for (const auto& s : steps) {
+      s.act();
+      QCOMPARE(window_->windowTitle(), s.title);
+      QCOMPARE(commands_->tray()->icon()->toolTip(), s.tooltip);
+      QCOMPARE(commands_->tray()->icon()->isVisible(), !s.button.isEmpty());
+      QCOMPARE(button->iconText(),
+               s.button.isEmpty() ? QString("Entry Timers") : s.button);
+      QCOMPARE(button->text(), QString("Entry Timers..."));
+      QCOMPARE(button->isChecked(), !s.button.isEmpty());
+    }
+  }
+
+  // The tray's and the toolbar's menu items act on their own timer; Ctrl+T
+  // opens the dialog on the first idle one.
+  void MenusReachTheRightTimer() {
+    commands_->record_menu()->aboutToShow();
+    commands_->record_menu()->findChild<QAction*>("recordOn3")->trigger();
+    commands_->record_menu()->aboutToShow();
+    QVERIFY(commands_->record_menu()->findChild<QAction*>("recordOn3") == nullptr);
+    commands_->record_menu()->findChild<QAction*>("recordOn1")->trigger();
+    QCOMPARE(timers().slot(0).state, kTimerRecording);
+    QCOMPARE(timers().slot(2).state, kTimerRecording);
+
+    QCOMPARE(TrayAction("trayPause3")->text(), QString("Pause Timer 3"));
+    TrayAction("trayPause3")->trigger();
+    QCOMPARE(timers().slot(2).state, kTimerPaused);
+    QCOMPARE(timers().slot(0).state, kTimerRecording);
+    QCOMPARE(TrayAction("trayPause3")->text(), QString("Resume Timer 3"));
+    QVERIFY(TrayAction("trayPause2") == nullptr);
+
+    Pass(360);
+    bool edited = false;
+    OnModal([&](QWidget* widget) {
+      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
+      QVERIFY(editor != nullptr);
+      edited = true;
+      QCOMPARE(editor->duration_box()->currentText(), QString("0.10"));
+      prompt_.answers = {Answer::kYes};
+      editor->reject();
+    });
+    TrayAction("trayComplete1")->trigger();
+    QVERIFY(edited);
+    QCOMPARE(timers().slot(0).state, kTimerIdle);
+    QCOMPARE(timers().slot(2).state, kTimerPaused);
+
+    int tab = -1;
+    bool record_focused = false;
+    OnModal([&](QWidget* widget) {
+      auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
+      tab = dialog->tabs()->currentIndex();
+      record_focused = dialog->focusWidget() == dialog->record_button() &&
+                       dialog->record_button()->isDefault();
+      dialog->reject();
+    });
+    window_->actions().timers->trigger();
+    QCOMPARE(tab, 0);
+    QVERIFY(record_focused);
+  }
+
+  void QuitAsksWhileATimerRuns() {
+    window_->show();
+    QVERIFY(window_->close());  // nothing runs: closes without a word
+    QVERIFY(prompt_.shown.empty());
+    window_->show();
+    commands_->Record(0);
+    for (const Answer answer : {Answer::kNo, Answer::kYes}) {
+      prompt_.answers = {answer};
+      QCOMPARE(window_->close(), answer == Answer::kYes);
+      QCOMPARE(window_->isVisible(), answer == Answer::kNo);
+      QCOMPARE(timers().slot(0).state, kTimerRecording);
+    }
+    QCOMPARE(prompt_.shown.size(), std::size_t{2});
+    QCOMPARE(ToQString(prompt_.shown[0].text),
+             QString("A timer is running. Quitting discards its time. Quit anyway?"));
+    QCOMPARE(prompt_.shown[0].default_answer, Answer::kNo);
+    QCOMPARE(prompt_.shown[0].buttons, QuestionButtons::kYesNo);
+  }
+
+  // "Task Complete", then Cancel: No keeps the editor on the entry, Yes
+  // discards it; either way the timer is free again.
+  void CancellingATimedEntryAsks() {
+    commands_->Record(1);
+    Pass(4330);
+    int asked = 0;
+    OnModal([&](QWidget* widget) {
+      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
+      QVERIFY(editor != nullptr);
+      prompt_.answers = {Answer::kNo};
+      editor->reject();
+      QVERIFY(editor->isVisible());
+      prompt_.answers = {Answer::kYes};
+      editor->reject();
+      QVERIFY(!editor->isVisible());
+      asked = static_cast<int>(prompt_.shown.size());
+    });
+    commands_->Complete(1);
+    QCOMPARE(asked, 2);
+    QCOMPARE(ToQString(prompt_.shown[0].text),
+             QString("Discard the timed entry (1:12:10)?"));
+    QCOMPARE(prompt_.shown[0].default_answer, Answer::kNo);
+    QCOMPARE(timers().slot(1).state, kTimerIdle);
+    QCOMPARE(window_->entry_model()->rowCount(), 0);
+  }
+
+  void TimedEntryCarriesTheNewEntryDefaults() {
+    data_->settings.option_bits |= kOptionBillable;
+    data_->settings.default_currency = u"EUR";
+    commands_->Record(3);
+    Pass(1800);
+    OnModal([&](QWidget* widget) {
+      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
+      QVERIFY(editor != nullptr);
+      editor->client_box()->setEditText("Acme");
+      editor->task_box()->setEditText("Design");
+      editor->accept();
+    });
+    commands_->Complete(3);
+    QCOMPARE(window_->entry_model()->rowCount(), 1);
+    const TimeEntry& saved = window_->entry_model()->EntryAt(0);
+    QVERIFY(saved.billable);
+    QCOMPARE(ToQString(saved.currency), QString("EUR"));
+    QCOMPARE(saved.duration, 50u);
+  }
+};
+
+}  // namespace
+}  // namespace quillora
+
+QTEST_MAIN(quillora::TimerCommandsTest)
+#include "timer_commands_test.moc"
