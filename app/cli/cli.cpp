@@ -47,6 +47,7 @@ const Command* const kCommands[] = {
     &kMarkPaidCommand,
     &kDeleteDataCommand,
     &kImportCommand,
+    &kImportEntriesCommand,
     &kExportListCommand,
     &kContactsCommand,
 };
