@@ -11,6 +11,7 @@
 #include "app/gui/help.h"
 #include "app/gui/main_window.h"
 #include "app/gui/report_dialogs.h"
+#include "app/gui/window_commands.h"
 #include "reports/html_report.h"
 #include "store/string_table.h"
 #include "tests/fake_prompt.h"
@@ -82,6 +83,7 @@ class DataDialogsTest : public QObject {
     Add(At(2026, 11, 19, 9, 0, 1), u"Globex", u"Support");
     Add(At(2026, 11, 25, 9, 0, 1), u"Acme", u"Next week");
     window_ = std::make_unique<MainWindow>(*data_, *clock_);
+    WireWindowCommands(window_.get());
     window_->SetPrompt(&prompt_);
     QVERIFY(window_->Open());
     QCOMPARE(Shown(), 3);
@@ -92,14 +94,6 @@ class DataDialogsTest : public QObject {
     data_.reset();
     dir_.reset();
     SetUrlOpener(nullptr);
-  }
-
-  void CommandsAreEnabled() {
-    for (const char* name :
-         {"exportCsv", "exportXml", "report", "reports", "backup", "restore", "archive",
-          "archiveRestore", "findReplace", "markPaid", "deleteData", "help"}) {
-      QVERIFY2(window_->action(name)->isEnabled(), name);
-    }
   }
 
   void ExportRangeStartsWithTheShownPeriod() {
@@ -244,7 +238,7 @@ class DataDialogsTest : public QObject {
     const QString backup = QString::fromStdString(File("all.qrd"));
     const QString other = QString::fromStdString(File("notes.txt"));
     prompt_.answers = {Answer::kNo, Answer::kYes};
-    window_->HandleCommandLine({other, backup, backup});
+    OpenHandedFiles(window_.get(), {other, backup, backup});
     QCOMPARE(Texts(), QStringList({NotADataFileText(other), RestoreOfferText(backup),
                                    RestoreOfferText(backup)}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kExclamation);
@@ -434,7 +428,7 @@ class DataDialogsTest : public QObject {
     QCOMPARE(opened_.size(), 1);
     QCOMPARE(opened_[0].fragment(), QString("deldata"));
     QCOMPARE(opened_[0].toLocalFile(), path);
-    window_->action("help")->trigger();
+    window_->actions().help->trigger();
     QCOMPARE(opened_.size(), 2);
     QVERIFY(!opened_[1].hasFragment());
 

@@ -69,28 +69,7 @@ void EntryCommands::OpenTimers() {
 }
 
 void EntryCommands::UpdateTimerButton() {
-  if (QAction* timers = window_->action("timers"))
-    timers->setChecked(hub_->timers().AnyActive());
-}
-
-void InstallEntryCommands(MainWindow* window) {
-  auto* commands = new EntryCommands(window);
-  auto enable = [window](const char* name, auto slot) {
-    QAction* a = window->action(name);
-    a->setEnabled(true);
-    QObject::connect(a, &QAction::triggered, window, slot);
-  };
-  enable("newEntry", [commands] { commands->NewEntry(); });
-  enable("editEntry", [commands] { commands->EditSelected(); });
-  enable("copyEntry", [commands] { commands->CopySelected(); });
-  enable("timers", [commands] { commands->OpenTimers(); });
-  commands->UpdateTimerButton();
-  QListView* list = window->entry_list();
-  QObject::connect(list, &QListView::doubleClicked, commands,
-                   [commands] { commands->EditSelected(); });
-  QObject::connect(list, &QListView::clicked, commands, [window, commands] {
-    if (window->data().settings.option_bits & kOptionItemTap) commands->EditSelected();
-  });
+  window_->actions().timers->setChecked(hub_->timers().AnyActive());
 }
 
 }  // namespace quillora

@@ -39,9 +39,6 @@ class EntryCommands : public QObject {
   int last_tab_ = 0;
 };
 
-// Connects the Edit menu's entry commands and the timers to `window`.
-void InstallEntryCommands(MainWindow* window);
-
 }  // namespace quillora
 
 #endif  // QUILLORA_APP_GUI_ENTRY_COMMANDS_H_

@@ -10,6 +10,7 @@
 #include "app/gui/entry_editor_dialog.h"
 #include "app/gui/main_window.h"
 #include "app/gui/qt_text.h"
+#include "app/gui/window_commands.h"
 #include "platform/text.h"
 #include "store/string_table.h"
 #include "tests/fake_prompt.h"
@@ -66,6 +67,7 @@ class EntryDialogsTest : public QObject {
     // Wednesday 2026-11-18; the week runs from Sunday the 15th.
     clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 18, 9, 0, 0));
     window_ = std::make_unique<MainWindow>(*data_, *clock_);
+    WireWindowCommands(window_.get());
     window_->SetPrompt(&prompt_);
     QVERIFY(window_->Open());
     commands_ = window_->findChild<EntryCommands*>("entryCommands");
@@ -124,7 +126,7 @@ class EntryDialogsTest : public QObject {
     QVERIFY(editor_seen);
     QVERIFY(prompt_.shown.empty());
     QCOMPARE(timers.slot(1).state, kTimerIdle);
-    QVERIFY(!window_->action("timers")->isChecked());
+    QVERIFY(!window_->actions().timers->isChecked());
     const std::vector<TimeEntry> shown = Shown();
     QCOMPARE(shown.size(), std::size_t{1});
     QCOMPARE(ToQString(shown[0].task), QString("Design"));
@@ -147,7 +149,7 @@ class EntryDialogsTest : public QObject {
       dialog->record_button()->click();
     });
     commands_->OpenTimers();
-    QVERIFY(window_->action("timers")->isChecked());
+    QVERIFY(window_->actions().timers->isChecked());
     OnModal([&](QWidget* widget) {
       auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
       QVERIFY(dialog != nullptr);
@@ -157,7 +159,7 @@ class EntryDialogsTest : public QObject {
     });
     commands_->OpenTimers();
     QCOMPARE(commands_->hub().timers().slot(0).state, kTimerIdle);
-    QVERIFY(!window_->action("timers")->isChecked());
+    QVERIFY(!window_->actions().timers->isChecked());
     QVERIFY(Shown().empty());
   }
 

@@ -1,9 +1,10 @@
 #include "app/gui/entry_list_view.h"
-#include "app/gui/qt_text.h"
 
 #include <QApplication>
 #include <QPainter>
+#include <iterator>
 
+#include "app/gui/qt_text.h"
 #include "periods/entry_list_item.h"
 
 namespace quillora {
@@ -131,6 +132,19 @@ void EntryItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     QApplication::style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter);
   }
   painter->restore();
+}
+
+namespace {
+constexpr int kFontSteps[] = {-1, 0, 2};  // "Small", "Medium", "Large"
+}  // namespace
+
+QFont ListFont(const QFont& base, const Settings& settings) {
+  QFont font = base;
+  if (settings.font_size < std::size(kFontSteps) && font.pointSizeF() > 0) {
+    font.setPointSizeF(font.pointSizeF() + kFontSteps[settings.font_size]);
+  }
+  font.setBold(settings.option_bits & kOptionBoldFont);
+  return font;
 }
 
 }  // namespace quillora

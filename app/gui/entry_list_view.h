@@ -5,6 +5,7 @@
 #define QUILLORA_APP_GUI_ENTRY_LIST_VIEW_H_
 
 #include <QAbstractListModel>
+#include <QFont>
 #include <QPixmap>
 #include <QStyledItemDelegate>
 #include <vector>
@@ -60,6 +61,11 @@ class EntryItemDelegate : public QStyledItemDelegate {
  private:
   const EntryListModel* model_;
 };
+
+// The entry list's font: `base` one point smaller for "Small" (FSize 0), as
+// it is for "Medium" (1), two points larger for "Large" (2), bold when the
+// bold bit is set.
+QFont ListFont(const QFont& base, const Settings& settings);
 
 }  // namespace quillora
 

@@ -3,9 +3,11 @@
 #include <QApplication>
 #include <QMessageBox>
 
+#include "app/gui/backup_dialogs.h"
 #include "app/gui/main_window.h"
 #include "app/gui/out_of_memory.h"
 #include "app/gui/single_instance.h"
+#include "app/gui/window_commands.h"
 #include "store/string_table.h"
 
 namespace quillora {
@@ -29,6 +31,7 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
   std::unique_ptr<MainWindow> window;
   if (OpenDataContext(data_folder, &data, &error)) {
     window = std::make_unique<MainWindow>(data, clock);
+    WireWindowCommands(window.get());
     if (!window->Open()) window.reset();
   }
   if (!window) {
@@ -40,10 +43,10 @@ int RunWindow(int argc, char** argv, const std::string& data_folder,
                      window->showNormal();
                      window->raise();
                      window->activateWindow();
-                     window->HandleCommandLine(handed);
+                     OpenHandedFiles(window.get(), handed);
                    });
   window->show();
-  window->HandleCommandLine(arguments);
+  OpenHandedFiles(window.get(), arguments);
   return QApplication::exec();
 }
 

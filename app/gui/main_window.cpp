@@ -1,6 +1,6 @@
 #include "app/gui/main_window.h"
-#include "app/gui/qt_text.h"
 
+#include <QApplication>
 #include <QCalendarWidget>
 #include <QDateEdit>
 #include <QDialog>
@@ -14,11 +14,7 @@
 #include <QVBoxLayout>
 #include <QWidgetAction>
 
-#include "app/gui/catalogue_commands.h"
-#include "app/gui/options_commands.h"
-#include "app/gui/backup_dialogs.h"
-#include "app/gui/data_commands.h"
-#include "app/gui/entry_commands.h"
+#include "app/gui/qt_text.h"
 #include "periods/period_entries.h"
 #include "store/string_table.h"
 #include "store/time_entry.h"
@@ -46,26 +42,17 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   list_->setResizeMode(QListView::Adjust);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setSelectionMode(QAbstractItemView::SingleSelection);
-  QFont font = list_->font();
-  font.setBold(data_.settings.option_bits & kOptionBoldFont);
-  list_->setFont(font);
+  ApplyListFont();
   layout->addWidget(period_bar_);
   layout->addWidget(list_, 1);
   setCentralWidget(central);
   BuildMenus();
 
-  connect(period_bar_, &PeriodBar::PreviousPeriod, this, [this] {
-    period_->Previous();
-    Reload();
-  });
-  connect(period_bar_, &PeriodBar::NextPeriod, this, [this] {
-    period_->Next();
-    Reload();
-  });
-  connect(period_bar_, &PeriodBar::GotoToday, this, [this] {
-    period_->Today(clock_);
-    Reload();
-  });
+  connect(period_bar_, &PeriodBar::PreviousPeriod, this, &MainWindow::PreviousPeriod);
+  connect(period_bar_, &PeriodBar::NextPeriod, this, &MainWindow::NextPeriod);
+  connect(period_bar_, &PeriodBar::GotoToday, this, &MainWindow::GotoToday);
+  connect(list_, &QListView::doubleClicked, this, &MainWindow::EntryActivated);
+  connect(list_, &QListView::clicked, this, &MainWindow::EntryClicked);
   connect(period_bar_, &PeriodBar::CaptionClicked, this, &MainWindow::OpenCaptionPicker);
   auto* left = new QShortcut(QKeySequence(Qt::Key_Left), this);
   connect(left, &QShortcut::activated, period_bar_, &PeriodBar::PreviousPeriod);
@@ -76,92 +63,117 @@ MainWindow::MainWindow(DataContext& data, const Clock& clock, QWidget* parent)
   connect(&external_poll_, &QTimer::timeout, this, &MainWindow::PollExternalChanges);
   setMinimumSize(240, 320);
   resize(420, 620);
-  InstallCatalogueCommands(this);
-  InstallOptionsCommands(this);
-  InstallDataCommands(this);
-  InstallEntryCommands(this);
 }
 
 MainWindow::~MainWindow() = default;
 
-QAction* MainWindow::AddAction(QMenu* menu, const QString& name, const QString& text,
-                               bool enabled) {
-  auto* action = menu->addAction(text);
-  action->setObjectName(name);
-  action->setEnabled(enabled);
-  return action;
-}
-
-QAction* MainWindow::action(const QString& name) const {
-  return findChild<QAction*>(name);
-}
-
 void MainWindow::BuildMenus() {
+  WindowActions& a = actions_;
   QMenu* file = menuBar()->addMenu(tr("&File"));
-  AddAction(file, "exportCsv", tr("Export CSV..."), false);
-  AddAction(file, "exportXml", tr("Export XML..."), false);
-  AddAction(file, "report", tr("Report..."), false);
+  a.export_csv = file->addAction(tr("Export CSV..."));
+  a.export_xml = file->addAction(tr("Export XML..."));
+  a.report = file->addAction(tr("Report..."));
   file->addSeparator();
-  AddAction(file, "import", tr("Import..."), false);
-  AddAction(file, "exportList", tr("Export List..."), false);
+  a.import = file->addAction(tr("Import..."));
+  a.export_list = file->addAction(tr("Export List..."));
   file->addSeparator();
-  AddAction(file, "backup", tr("Backup..."), false);
-  AddAction(file, "restore", tr("Restore..."), false);
-  AddAction(file, "archive", tr("Archive..."), false);
-  AddAction(file, "archiveRestore", tr("Archive Restore..."), false);
+  a.backup = file->addAction(tr("Backup..."));
+  a.restore = file->addAction(tr("Restore..."));
+  a.archive = file->addAction(tr("Archive..."));
+  a.archive_restore = file->addAction(tr("Archive Restore..."));
   file->addSeparator();
-  QAction* exit = AddAction(file, "exit", tr("Exit"));
-  exit->setShortcut(QKeySequence::Quit);
-  connect(exit, &QAction::triggered, this, &QWidget::close);
+  a.exit = file->addAction(tr("Exit"));
+  a.exit->setShortcut(QKeySequence::Quit);
 
   QMenu* edit = menuBar()->addMenu(tr("&Edit"));
-  QAction* new_entry = AddAction(edit, "newEntry", tr("New Entry"), false);
-  new_entry->setShortcut(QKeySequence::New);
-  AddAction(edit, "editEntry", tr("Edit Entry"), false);
-  QAction* del = AddAction(edit, "deleteEntry", tr("Delete Entry"));
-  del->setShortcut(QKeySequence::Delete);
-  connect(del, &QAction::triggered, this, &MainWindow::DeleteSelectedEntry);
-  AddAction(edit, "copyEntry", tr("Copy Entry..."), false);
+  a.new_entry = edit->addAction(tr("New Entry"));
+  a.new_entry->setShortcut(QKeySequence::New);
+  a.edit_entry = edit->addAction(tr("Edit Entry"));
+  a.delete_entry = edit->addAction(tr("Delete Entry"));
+  a.delete_entry->setShortcut(QKeySequence::Delete);
+  a.copy_entry = edit->addAction(tr("Copy Entry..."));
   edit->addSeparator();
-  AddAction(edit, "findReplace", tr("Find and Replace..."), false);
-  AddAction(edit, "markPaid", tr("Mark All as Paid"), false);
-  AddAction(edit, "deleteData", tr("Delete Data..."), false);
+  a.find_replace = edit->addAction(tr("Find and Replace..."));
+  a.mark_paid = edit->addAction(tr("Mark All as Paid"));
+  a.delete_data = edit->addAction(tr("Delete Data..."));
 
   QMenu* view = menuBar()->addMenu(tr("&View"));
   view_group_ = new QActionGroup(this);
-  const std::pair<PeriodKind, QString> kinds[] = {{PeriodKind::kDay, tr("Day")},
-                                                  {PeriodKind::kWeek, tr("Week")},
-                                                  {PeriodKind::kMonth, tr("Month")},
-                                                  {PeriodKind::kCustom, tr("Custom Period")}};
-  for (const auto& [kind, text] : kinds) {
-    QAction* a = AddAction(view, QString("view%1").arg(static_cast<int>(kind)), text);
-    a->setCheckable(true);
-    a->setData(static_cast<int>(kind));
-    view_group_->addAction(a);
-    connect(a, &QAction::triggered, this, [this, kind = kind] { SwitchKind(kind); });
+  const std::pair<QAction**, PeriodKind> kinds[] = {
+      {&a.view_day, PeriodKind::kDay},
+      {&a.view_week, PeriodKind::kWeek},
+      {&a.view_month, PeriodKind::kMonth},
+      {&a.view_custom, PeriodKind::kCustom}};
+  a.view_day = view->addAction(tr("Day"));
+  a.view_week = view->addAction(tr("Week"));
+  a.view_month = view->addAction(tr("Month"));
+  a.view_custom = view->addAction(tr("Custom Period"));
+  for (const auto& [action, kind] : kinds) {
+    (*action)->setCheckable(true);
+    (*action)->setData(static_cast<int>(kind));
+    view_group_->addAction(*action);
   }
   view->addSeparator();
-  AddAction(view, "summary", tr("Quick Summary..."), false);
-  AddAction(view, "filters", tr("Filters..."), false);
+  a.previous_period = view->addAction(tr("Previous Period"));
+  a.previous_period->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Left));
+  a.next_period = view->addAction(tr("Next Period"));
+  a.next_period->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Right));
+  a.today = view->addAction(tr("Today"));
+  a.today->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Home));
+  view->addSeparator();
+  a.table_view = view->addAction(tr("Table"));
+  a.item_list = view->addAction(tr("Item List"));
+  a.compact_list = view->addAction(tr("Compact Item List"));
+  for (QAction* style : {a.table_view, a.item_list, a.compact_list}) {
+    style->setCheckable(true);
+    style->setVisible(false);
+  }
+  view->addSeparator();
+  a.summary = view->addAction(tr("Quick Summary..."));
+  a.filters = view->addAction(tr("Filters..."));
+  a.clear_filter = view->addAction(tr("Clear Filter"));
+  a.clear_filter->setVisible(false);
 
   QMenu* tools = menuBar()->addMenu(tr("&Tools"));
-  QAction* timers = AddAction(tools, "timers", tr("Entry Timers..."), false);
-  timers->setCheckable(true);
-  AddAction(tools, "clients", tr("Clients..."), false);
-  AddAction(tools, "rates", tr("Rate Setup..."), false);
-  AddAction(tools, "reports", tr("Report Editor..."), false);
-  AddAction(tools, "options", tr("Options..."), false);
+  a.timers = tools->addAction(tr("Entry Timers..."));
+  a.timers->setCheckable(true);
+  a.clients = tools->addAction(tr("Clients..."));
+  a.rates = tools->addAction(tr("Rate Setup..."));
+  a.reports = tools->addAction(tr("Report Editor..."));
+  a.options = tools->addAction(tr("Options..."));
 
   QMenu* help = menuBar()->addMenu(tr("&Help"));
-  AddAction(help, "help", tr("Contents"), false);
+  a.help = help->addAction(tr("Contents"));
+  a.help->setShortcut(QKeySequence::HelpContents);
+  a.shortcuts = help->addAction(tr("Keyboard Shortcuts"));
+  a.shortcuts->setVisible(false);
 
   QToolBar* bar = addToolBar(tr("Commands"));
   bar->setObjectName("commands");
   bar->setMovable(false);
-  bar->addAction(new_entry);
-  bar->addAction(timers);
-  bar->addAction(action("summary"));
-  bar->addAction(action("filters"));
+  bar->addAction(a.new_entry);
+  bar->addAction(a.timers);
+  bar->addAction(a.summary);
+  bar->addAction(a.filters);
+}
+
+void MainWindow::ApplyListFont() {
+  list_->setFont(ListFont(QApplication::font(), data_.settings));
+}
+
+void MainWindow::PreviousPeriod() {
+  period_->Previous();
+  Reload();
+}
+
+void MainWindow::NextPeriod() {
+  period_->Next();
+  Reload();
+}
+
+void MainWindow::GotoToday() {
+  period_->Today(clock_);
+  Reload();
 }
 
 bool MainWindow::Open() {
@@ -314,10 +326,6 @@ void MainWindow::OpenCaptionPicker() {
     Reload();
   });
   menu.exec(where);
-}
-
-void MainWindow::HandleCommandLine(const QStringList& arguments) {
-  OpenHandedFiles(this, arguments);
 }
 
 }  // namespace quillora

@@ -1,6 +1,7 @@
 // The main frame: menus and toolbar reaching every command, the period bar,
 // and the list of the period's entries that pass the filter. It binds widgets
-// to the logic and holds no rules of its own.
+// to the logic and holds no rules of its own. It creates the actions of its
+// commands; window_commands.cpp connects them to what they do.
 #ifndef QUILLORA_APP_GUI_MAIN_WINDOW_H_
 #define QUILLORA_APP_GUI_MAIN_WINDOW_H_
 
@@ -23,6 +24,52 @@
 
 namespace quillora {
 
+// One action per command of the window, created with the menus.
+struct WindowActions {
+  // File
+  QAction* export_csv = nullptr;
+  QAction* export_xml = nullptr;
+  QAction* report = nullptr;
+  QAction* import = nullptr;
+  QAction* export_list = nullptr;
+  QAction* backup = nullptr;
+  QAction* restore = nullptr;
+  QAction* archive = nullptr;
+  QAction* archive_restore = nullptr;
+  QAction* exit = nullptr;
+  // Edit
+  QAction* new_entry = nullptr;
+  QAction* edit_entry = nullptr;
+  QAction* delete_entry = nullptr;
+  QAction* copy_entry = nullptr;
+  QAction* find_replace = nullptr;
+  QAction* mark_paid = nullptr;
+  QAction* delete_data = nullptr;
+  // View
+  QAction* view_day = nullptr;
+  QAction* view_week = nullptr;
+  QAction* view_month = nullptr;
+  QAction* view_custom = nullptr;
+  QAction* previous_period = nullptr;
+  QAction* next_period = nullptr;
+  QAction* today = nullptr;
+  QAction* table_view = nullptr;    // the timesheet table ("ListStyle" 0)
+  QAction* item_list = nullptr;     // the handheld's items ("ListStyle" 2)
+  QAction* compact_list = nullptr;  // compact items ("ListStyle" 1)
+  QAction* summary = nullptr;
+  QAction* filters = nullptr;
+  QAction* clear_filter = nullptr;
+  // Tools
+  QAction* timers = nullptr;
+  QAction* clients = nullptr;
+  QAction* rates = nullptr;
+  QAction* reports = nullptr;
+  QAction* options = nullptr;
+  // Help
+  QAction* help = nullptr;
+  QAction* shortcuts = nullptr;
+};
+
 class MainWindow : public QMainWindow {
   Q_OBJECT
 
@@ -35,17 +82,12 @@ class MainWindow : public QMainWindow {
   // cannot be opened.
   bool Open();
 
-  // A command line handed over by a later start.
-  void HandleCommandLine(const QStringList& arguments);
-
   // Reads the period's entries again.
   void Reload();
   // Looks for changes another process committed; reloads when there are.
   void PollExternalChanges();
 
-  // What the dialogs work with. Each family of commands connects its menu
-  // actions (found by name with action()) in a file of its own, through an
-  // Install...Commands(MainWindow*) function called from the constructor.
+  // What the dialogs work with.
   DataContext& data() { return data_; }
   EntryStore& entries() { return *entries_; }
   EntryFilter& filter() { return filter_; }
@@ -61,17 +103,29 @@ class MainWindow : public QMainWindow {
   UserPrompt& prompt() { return *prompt_; }
   // Tests answer the window's questions with a scripted prompt.
   void SetPrompt(UserPrompt* prompt) { prompt_ = prompt ? prompt : &gui_prompt_; }
-  QAction* action(const QString& name) const;
+  const WindowActions& actions() const { return actions_; }
+
+  // Sets the list's font from the settings ("FSize" and the bold option).
+  void ApplyListFont();
+  // Shows the period of `kind` around the current one, and saves the choice.
+  void SwitchKind(PeriodKind kind);
+  // Asks, then deletes the selected entry.
+  void DeleteSelectedEntry();
+  void PreviousPeriod();
+  void NextPeriod();
+  void GotoToday();
+
+ signals:
+  // A double click on an entry.
+  void EntryActivated();
+  // A single click on an entry.
+  void EntryClicked();
 
  private:
   void BuildMenus();
   void ShowPeriod(std::unique_ptr<Period> period);
-  void SwitchKind(PeriodKind kind);
   void OpenCaptionPicker();
-  void DeleteSelectedEntry();
   void ScheduleReload();
-  QAction* AddAction(QMenu* menu, const QString& name, const QString& text,
-                     bool enabled = true);
 
   DataContext& data_;
   const Clock& clock_;
@@ -83,6 +137,7 @@ class MainWindow : public QMainWindow {
   PeriodBar* period_bar_ = nullptr;
   QListView* list_ = nullptr;
   EntryListModel* model_ = nullptr;
+  WindowActions actions_;
   QActionGroup* view_group_ = nullptr;
   QTimer external_poll_;
   std::uint64_t external_counter_ = 0;

@@ -1,11 +1,13 @@
 // The window offscreen: what the week view lists and draws, the period bar,
 // a change made by another process, deletion, and the single-copy hand-over.
+#include "app/gui/main_window.h"
+
 #include <QPaintEngine>
 #include <QSignalSpy>
 #include <QtTest>
 
-#include "app/gui/main_window.h"
 #include "app/gui/single_instance.h"
+#include "app/gui/window_commands.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
 
@@ -108,6 +110,7 @@ class MainWindowTest : public QObject {
     Add(At(2026, 11, 22), u"Next week", false, false);
     Add(At(2026, 11, 14, 23, 59, 59), u"Last week", false, false);
     window_ = std::make_unique<MainWindow>(*data_, *clock_);
+    WireWindowCommands(window_.get());
     window_->SetPrompt(&prompt_);
     QVERIFY(window_->Open());
   }
@@ -133,7 +136,7 @@ class MainWindowTest : public QObject {
     QCOMPARE(ShownFirstLines(), QStringList({"11/14/2026 1.50h (11:59 PM)"}));
     window_->period_bar()->today_button()->click();
     QCOMPARE(window_->entry_model()->rowCount(), 2);
-    window_->action("view1")->trigger();  // Day
+    window_->actions().view_day->trigger();
     QCOMPARE(window_->period().Kind(), PeriodKind::kDay);
     QCOMPARE(window_->entry_model()->rowCount(), 0);
     QCOMPARE(data_->settings.view, 1u);
@@ -197,10 +200,10 @@ class MainWindowTest : public QObject {
   void DeletingAsksFirst() {
     window_->entry_list()->setCurrentIndex(window_->entry_model()->index(1));
     prompt_.answers = {Answer::kNo};
-    window_->action("deleteEntry")->trigger();
+    window_->actions().delete_entry->trigger();
     QCOMPARE(window_->entry_model()->rowCount(), 2);
     prompt_.answers = {Answer::kYes};
-    window_->action("deleteEntry")->trigger();
+    window_->actions().delete_entry->trigger();
     QTRY_COMPARE(window_->entry_model()->rowCount(), 1);
     QCOMPARE(prompt_.shown.back().text, std::u16string(u"Are you sure to permanently delete this item?"));
   }

@@ -1,7 +1,6 @@
 #include "app/gui/options_commands.h"
 
 #include <QApplication>
-#include <iterator>
 
 #include "periods/period_entries.h"
 #include "platform/file.h"
@@ -10,12 +9,6 @@
 
 namespace quillora {
 namespace {
-
-constexpr int kFontSteps[] = {-1, 0, 2};  // "Small", "Medium", "Large"
-
-void ApplyListFont(MainWindow* window) {
-  window->entry_list()->setFont(ListFont(QApplication::font(), window->data().settings));
-}
 
 // A week view keeps the week start and week number it was built with; it is
 // built again around the middle of the shown week, a day that lies in the
@@ -48,6 +41,8 @@ std::vector<std::u16string> CurrencyNames(DataContext& data) {
   return names;
 }
 
+}  // namespace
+
 void RunOptions(MainWindow* window) {
   std::unique_ptr<OptionsDialog> dialog = MakeOptionsDialog(window);
   if (dialog->exec() == QDialog::Accepted) ApplyOptions(window, dialog->Result());
@@ -64,17 +59,6 @@ void RunFilters(MainWindow* window) {
 void RunSummary(MainWindow* window) {
   std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window);
   dialog->exec();
-}
-
-}  // namespace
-
-QFont ListFont(const QFont& base, const Settings& settings) {
-  QFont font = base;
-  if (settings.font_size < std::size(kFontSteps) && font.pointSizeF() > 0) {
-    font.setPointSizeF(font.pointSizeF() + kFontSteps[settings.font_size]);
-  }
-  font.setBold(settings.option_bits & kOptionBoldFont);
-  return font;
 }
 
 std::unique_ptr<OptionsDialog> MakeOptionsDialog(MainWindow* window) {
@@ -109,7 +93,7 @@ void ApplyOptions(MainWindow* window, const Settings& settings) {
   // Nothing is reported when the registry cannot be written: the settings
   // hold for this run either way.
   SaveSettings(*data.registry, data.settings);
-  ApplyListFont(window);
+  window->ApplyListFont();
   RebuildWeek(window);
   window->Reload();
 }
@@ -117,18 +101,6 @@ void ApplyOptions(MainWindow* window, const Settings& settings) {
 void ApplyFilters(MainWindow* window, const FilterPage& page) {
   page.Confirm(*window->data().registry, &window->filter());
   window->Reload();
-}
-
-void InstallOptionsCommands(MainWindow* window) {
-  ApplyListFont(window);
-  const std::pair<const char*, void (*)(MainWindow*)> commands[] = {
-      {"options", RunOptions}, {"filters", RunFilters}, {"summary", RunSummary}};
-  for (const auto& [name, run] : commands) {
-    QAction* action = window->action(name);
-    if (action == nullptr) continue;
-    action->setEnabled(true);
-    QObject::connect(action, &QAction::triggered, window, [window, run = run] { run(window); });
-  }
 }
 
 }  // namespace quillora

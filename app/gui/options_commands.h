@@ -4,7 +4,6 @@
 #ifndef QUILLORA_APP_GUI_OPTIONS_COMMANDS_H_
 #define QUILLORA_APP_GUI_OPTIONS_COMMANDS_H_
 
-#include <QFont>
 #include <memory>
 
 #include "app/gui/filters_dialog.h"
@@ -14,9 +13,10 @@
 
 namespace quillora {
 
-// Enables and connects the actions "options", "filters" and "summary", and
-// sets the entry list's font from the settings.
-void InstallOptionsCommands(MainWindow* window);
+// The commands: each runs its dialog and applies what it confirms.
+void RunOptions(MainWindow* window);
+void RunFilters(MainWindow* window);
+void RunSummary(MainWindow* window);
 
 // The dialogs as the commands open them, owned by the caller.
 std::unique_ptr<OptionsDialog> MakeOptionsDialog(MainWindow* window);
@@ -30,11 +30,6 @@ void ApplyOptions(MainWindow* window, const Settings& settings);
 // The "Filters" page confirmed: the window's filter becomes the page's and
 // is saved, and the period's entries are shown again.
 void ApplyFilters(MainWindow* window, const FilterPage& page);
-
-// The entry list's font: `base` one point smaller for "Small" (FSize 0), as
-// it is for "Medium" (1), two points larger for "Large" (2), bold when the
-// bold bit is set.
-QFont ListFont(const QFont& base, const Settings& settings);
 
 }  // namespace quillora
 

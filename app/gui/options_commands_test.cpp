@@ -1,6 +1,8 @@
 // The options pages, the "Filters" page and the quick summary, offscreen:
 // each opened from its menu command, edited, confirmed, and what the window
 // then shows and keeps.
+#include "app/gui/options_commands.h"
+
 #include <QApplication>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -10,7 +12,7 @@
 #include <QtTest>
 #include <functional>
 
-#include "app/gui/options_commands.h"
+#include "app/gui/window_commands.h"
 #include "platform/file.h"
 #include "store/catalogue.h"
 #include "store/client_store.h"
@@ -103,6 +105,7 @@ class OptionsCommandsTest : public QObject {
     Add(At(2026, 11, 19), u"Acme", u"", 100, false, false);
     Add(At(2026, 11, 22), u"Acme", u"Website", 300, true, false);  // next week
     window_ = std::make_unique<MainWindow>(*data_, *clock_);
+    WireWindowCommands(window_.get());
     window_->SetPrompt(&prompt_);
     QVERIFY(window_->Open());
     prompt_ = testing::FakePrompt();
@@ -112,12 +115,6 @@ class OptionsCommandsTest : public QObject {
     window_.reset();
     data_.reset();
     dir_.reset();
-  }
-
-  void TheCommandsAreEnabled() {
-    for (const char* name : {"options", "filters", "summary"}) {
-      QVERIFY2(window_->action(name)->isEnabled(), name);
-    }
   }
 
   void OptionsPagesShowTheirLabelsAndLists() {
@@ -178,8 +175,8 @@ class OptionsCommandsTest : public QObject {
   void ConfirmedOptionsAreSavedWholeAndShown() {
     QCOMPARE(ShownFirstLines(), QStringList({"11/15/2026 1.50h", "11/18/2026 0.50h (9:00 AM)",
                                              "11/19/2026 1.00h"}));
-    const bool found = TriggerWithModal<OptionsDialog>(
-        window_->action("options"), [](OptionsDialog* d) {
+    const bool found =
+        TriggerWithModal<OptionsDialog>(window_->actions().options, [](OptionsDialog* d) {
           d->findChild<QComboBox*>("weekStart")->setCurrentIndex(1);
           d->findChild<QComboBox*>("durationInterval")->setCurrentIndex(4);
           d->findChild<QCheckBox*>("precise")->setChecked(true);
@@ -226,10 +223,11 @@ class OptionsCommandsTest : public QObject {
 
   void CancelledOptionsChangeNothing() {
     const Settings before = data_->settings;
-    QVERIFY(TriggerWithModal<OptionsDialog>(window_->action("options"), [](OptionsDialog* d) {
-      d->findChild<QComboBox*>("weekStart")->setCurrentIndex(1);
-      d->reject();
-    }));
+    QVERIFY(
+        TriggerWithModal<OptionsDialog>(window_->actions().options, [](OptionsDialog* d) {
+          d->findChild<QComboBox*>("weekStart")->setCurrentIndex(1);
+          d->reject();
+        }));
     QVERIFY(data_->settings == before);
   }
 
@@ -260,16 +258,17 @@ class OptionsCommandsTest : public QObject {
     QVERIFY(AddClient(catalogue.clients, u"Acme") != 0);
     QStringList client_items;
     QStringList rate_items;
-    QVERIFY(TriggerWithModal<FiltersDialog>(window_->action("filters"), [&](FiltersDialog* d) {
-      QCOMPARE(d->windowTitle(), QString("Filters"));
-      QComboBox* clients = d->list(kFilterClientList);
-      for (int i = 0; i < clients->count(); ++i) client_items << clients->itemText(i);
-      QComboBox* rates = d->list(kFilterRateTypeList);
-      for (int i = 0; i < rates->count(); ++i) rate_items << rates->itemText(i);
-      clients->setCurrentIndex(1);  // Acme
-      d->paid()->setChecked(false);
-      d->accept();
-    }));
+    QVERIFY(TriggerWithModal<FiltersDialog>(
+        window_->actions().filters, [&](FiltersDialog* d) {
+          QCOMPARE(d->windowTitle(), QString("Filters"));
+          QComboBox* clients = d->list(kFilterClientList);
+          for (int i = 0; i < clients->count(); ++i) client_items << clients->itemText(i);
+          QComboBox* rates = d->list(kFilterRateTypeList);
+          for (int i = 0; i < rates->count(); ++i) rate_items << rates->itemText(i);
+          clients->setCurrentIndex(1);  // Acme
+          d->paid()->setChecked(false);
+          d->accept();
+        }));
     QCOMPARE(client_items, QStringList({"(All)", "Acme", "Globex"}));
     QCOMPARE(rate_items, QStringList({"(All)", "Normal Rate", "Overtime Rate", "Weekend Rate",
                                       "Fixed Rate", "Discount Rate"}));
@@ -282,20 +281,22 @@ class OptionsCommandsTest : public QObject {
     QCOMPARE(ShownFirstLines(), QStringList({"11/19/2026 1.00h"}));
 
     // Typed names are taken, and the page opens on the current criterion.
-    QVERIFY(TriggerWithModal<FiltersDialog>(window_->action("filters"), [](FiltersDialog* d) {
-      QCOMPARE(d->list(kFilterClientList)->currentText(), QString("Acme"));
-      QVERIFY(!d->paid()->isChecked());
-      d->list(kFilterClientList)->setEditText("Globex");
-      d->paid()->setChecked(true);
-      d->accept();
-    }));
+    QVERIFY(
+        TriggerWithModal<FiltersDialog>(window_->actions().filters, [](FiltersDialog* d) {
+          QCOMPARE(d->list(kFilterClientList)->currentText(), QString("Acme"));
+          QVERIFY(!d->paid()->isChecked());
+          d->list(kFilterClientList)->setEditText("Globex");
+          d->paid()->setChecked(true);
+          d->accept();
+        }));
     QCOMPARE(ShownFirstLines(), QStringList({"11/18/2026 0.50h (9:00 AM)"}));
 
     // Everything on "(All)" with every box checked shows everything again.
-    QVERIFY(TriggerWithModal<FiltersDialog>(window_->action("filters"), [](FiltersDialog* d) {
-      d->list(kFilterClientList)->setCurrentIndex(0);
-      d->accept();
-    }));
+    QVERIFY(
+        TriggerWithModal<FiltersDialog>(window_->actions().filters, [](FiltersDialog* d) {
+          d->list(kFilterClientList)->setCurrentIndex(0);
+          d->accept();
+        }));
     EntryFilter reset;
     QVERIFY(window_->filter() == reset);
     QCOMPARE(window_->entry_model()->rowCount(), 3);
@@ -377,7 +378,7 @@ class OptionsCommandsTest : public QObject {
 
   void QuickSummaryCommandOpensTheDialog() {
     int rows = 0;
-    QVERIFY(TriggerWithModal<QuickSummaryDialog>(window_->action("summary"),
+    QVERIFY(TriggerWithModal<QuickSummaryDialog>(window_->actions().summary,
                                                  [&](QuickSummaryDialog* d) {
                                                    rows = d->table()->rowCount();
                                                    d->accept();

@@ -6,8 +6,9 @@
 
 #include "app/gui/main_window.h"
 #include "app/gui/screenshots_catalogue.h"
-#include "app/gui/screenshots_options.h"
 #include "app/gui/screenshots_data.h"
+#include "app/gui/screenshots_options.h"
+#include "app/gui/window_commands.h"
 #include "store/note_text.h"
 #include "tests/temp_dir.h"
 
@@ -71,6 +72,7 @@ int main(int argc, char** argv) {
 
   FixedClock clock(MakeSystemTime(2026, 11, 18, 10, 0, 0));
   MainWindow window(data, clock);
+  WireWindowCommands(&window);
   if (!window.Open()) return 1;
   window.entry_list()->setCurrentIndex(window.entry_model()->index(1));
   Shoot(&window, QSize(240, 320), out + "/main-window-handheld.png");

@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include "app/gui/main_window.h"
+#include "app/gui/window_commands.h"
 #include "tests/temp_dir.h"
 
 namespace quillora {
@@ -57,6 +58,7 @@ class WindowBench : public QObject {
     int shown = 0;
     QBENCHMARK {
       MainWindow window(*data_, *clock_);
+      WireWindowCommands(&window);
       QVERIFY(window.Open());
       shown = window.entry_model()->rowCount();
     }
@@ -66,6 +68,7 @@ class WindowBench : public QObject {
   // Back one period and forward again: two loads of a full period each.
   void PreviousAndNextWeek() {
     MainWindow window(*data_, *clock_);
+    WireWindowCommands(&window);
     QVERIFY(window.Open());
     QBENCHMARK {
       window.period_bar()->PreviousPeriod();
@@ -76,8 +79,9 @@ class WindowBench : public QObject {
 
   void PreviousAndNextMonth() {
     MainWindow window(*data_, *clock_);
+    WireWindowCommands(&window);
     QVERIFY(window.Open());
-    window.action("view3")->trigger();
+    window.actions().view_month->trigger();
     QBENCHMARK {
       window.period_bar()->PreviousPeriod();
       window.period_bar()->NextPeriod();

@@ -1,0 +1,77 @@
+#include "app/gui/window_commands.h"
+
+#include <QAction>
+#include <functional>
+
+#include "app/gui/backup_dialogs.h"
+#include "app/gui/bulk_edit_dialogs.h"
+#include "app/gui/catalogue_commands.h"
+#include "app/gui/entry_commands.h"
+#include "app/gui/export_dialogs.h"
+#include "app/gui/help.h"
+#include "app/gui/main_window.h"
+#include "app/gui/options_commands.h"
+#include "app/gui/report_dialogs.h"
+#include "store/settings.h"
+
+namespace quillora {
+
+EntryCommands* WireWindowCommands(MainWindow* w) {
+  auto* entry = new EntryCommands(w);
+  const WindowActions& a = w->actions();
+  const std::pair<QAction*, std::function<void()>> commands[] = {
+      // File
+      {a.export_csv, [w] { ExportFromWindow(w, ExportFormat::kCsv); }},
+      {a.export_xml, [w] { ExportFromWindow(w, ExportFormat::kXml); }},
+      {a.report, [w] { ReportFromWindow(w); }},
+      {a.import, [w] { OpenClients(w, &CatalogueDialog::Import); }},
+      {a.export_list, [w] { OpenClients(w, &CatalogueDialog::ExportList); }},
+      {a.backup, [w] { BackupFromWindow(w); }},
+      {a.restore, [w] { RestoreFromWindow(w); }},
+      {a.archive, [w] { ArchiveFromWindow(w); }},
+      {a.archive_restore, [w] { ArchiveRestoreFromWindow(w); }},
+      {a.exit, [w] { w->close(); }},
+      // Edit
+      {a.new_entry, [entry] { entry->NewEntry(); }},
+      {a.edit_entry, [entry] { entry->EditSelected(); }},
+      {a.delete_entry, [w] { w->DeleteSelectedEntry(); }},
+      {a.copy_entry, [entry] { entry->CopySelected(); }},
+      {a.find_replace,
+       [w] {
+         FindReplaceDialog dialog(w);
+         dialog.exec();
+       }},
+      {a.mark_paid, [w] { MarkPaidFromWindow(w); }},
+      {a.delete_data, [w] { DeleteDataFromWindow(w); }},
+      // View
+      {a.view_day, [w] { w->SwitchKind(PeriodKind::kDay); }},
+      {a.view_week, [w] { w->SwitchKind(PeriodKind::kWeek); }},
+      {a.view_month, [w] { w->SwitchKind(PeriodKind::kMonth); }},
+      {a.view_custom, [w] { w->SwitchKind(PeriodKind::kCustom); }},
+      {a.previous_period, [w] { w->PreviousPeriod(); }},
+      {a.next_period, [w] { w->NextPeriod(); }},
+      {a.today, [w] { w->GotoToday(); }},
+      {a.summary, [w] { RunSummary(w); }},
+      {a.filters, [w] { RunFilters(w); }},
+      // Tools
+      {a.timers, [entry] { entry->OpenTimers(); }},
+      {a.clients, [w] { OpenClients(w); }},
+      {a.rates, [w] { OpenRateSetup(w); }},
+      {a.reports, [w] { ReportEditorFromWindow(w); }},
+      {a.options, [w] { RunOptions(w); }},
+      // Help
+      {a.help, [] { OpenHelp(QString()); }},
+  };
+  for (const auto& [action, run] : commands) {
+    QObject::connect(action, &QAction::triggered, w, run);
+  }
+  entry->UpdateTimerButton();
+  QObject::connect(w, &MainWindow::EntryActivated, entry,
+                   [entry] { entry->EditSelected(); });
+  QObject::connect(w, &MainWindow::EntryClicked, entry, [w, entry] {
+    if (w->data().settings.option_bits & kOptionItemTap) entry->EditSelected();
+  });
+  return entry;
+}
+
+}  // namespace quillora
