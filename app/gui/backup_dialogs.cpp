@@ -9,23 +9,6 @@
 #include "store/string_table.h"
 
 namespace quillora {
-namespace {
-
-constexpr char16_t kNoDatabase[] = u"Unable to load database.";
-
-// The catalogue the commands need; null (after saying so) when it is closed.
-Catalogue* CatalogueOf(MainWindow* window) {
-  Catalogue* catalogue = window->data().catalogue.get();
-  if (catalogue == nullptr && OpenCatalogue(&window->data())) {
-    catalogue = window->data().catalogue.get();
-  }
-  if (catalogue == nullptr) {
-    window->prompt().ShowMessage(kAppTitle, kNoDatabase, MessageIcon::kError);
-  }
-  return catalogue;
-}
-
-}  // namespace
 
 BackupOutcome BackupFromWindow(MainWindow* window) {
   Catalogue* catalogue = CatalogueOf(window);
