@@ -342,43 +342,50 @@ CsvImportedFile ReadCsvEntries(std::string_view bytes, const CsvImportOptions& o
   CsvImportedFile out;
   ImportedFile& file = out.file;
   std::u16string text;
-  CsvTable table;
   CsvError error;
-  if (!DecodeCsvText(bytes, code_page, &text, &error) || !ReadCsv(text, &table, &error)) {
+  if (!DecodeCsvText(bytes, code_page, &text, &error)) {
     file.error = FromUtf8(error.what);
     file.error_line = error.line;
     return out;
   }
-  text.clear();
-  text.shrink_to_fit();
-  out.header = std::move(table.header);
-  for (const ColumnMapping& mapping : options.mappings) {
-    bool found = false;
-    for (const std::u16string& header : out.header)
-      found = found || SameHeader(header, mapping.header);
-    if (!found) {
-      file.error = u"the file has no column " + Quoted(mapping.header);
-      file.error_line = 1;
-      return out;
+  std::optional<RowReader> reader;
+  auto refuse = [&](std::u16string what) {
+    file.error = std::move(what);
+    file.error_line = 1;
+    return false;
+  };
+  CsvSink sink;
+  sink.header = [&](std::vector<std::u16string>&& header) {
+    out.header = std::move(header);
+    for (const ColumnMapping& mapping : options.mappings) {
+      bool found = false;
+      for (const std::u16string& h : out.header)
+        found = found || SameHeader(h, mapping.header);
+      if (!found) return refuse(u"the file has no column " + Quoted(mapping.header));
     }
-  }
-  out.columns = RecognizeColumns(out.header, options.mappings);
-  if (!Has(out.columns, EntryColumn::kDate) && !Has(out.columns, EntryColumn::kStart)) {
-    file.error = u"no column holds the date (name one with --map COLUMN=date)";
-    file.error_line = 1;
-    return out;
-  }
-  if (!Has(out.columns, EntryColumn::kDuration) &&
-      !(Has(out.columns, EntryColumn::kStart) && Has(out.columns, EntryColumn::kEnd))) {
-    file.error =
-        u"no column holds the duration, nor a start and an end (name them with --map)";
-    file.error_line = 1;
-    return out;
-  }
-  RowReader reader(options, settings, code_page, out.columns);
-  file.rows.resize(table.records.size());
-  for (std::size_t i = 0; i < table.records.size(); ++i) {
-    reader.Read(table.records[i], &file.rows[i]);
+    out.columns = RecognizeColumns(out.header, options.mappings);
+    if (!Has(out.columns, EntryColumn::kDate) && !Has(out.columns, EntryColumn::kStart)) {
+      return refuse(u"no column holds the date (name one with --map COLUMN=date)");
+    }
+    if (!Has(out.columns, EntryColumn::kDuration) &&
+        !(Has(out.columns, EntryColumn::kStart) && Has(out.columns, EntryColumn::kEnd))) {
+      return refuse(
+          u"no column holds the duration, nor a start and an end (name them with --map)");
+    }
+    reader.emplace(options, settings, code_page, out.columns);
+    return true;
+  };
+  sink.record = [&](CsvRecord&& record) {
+    file.rows.emplace_back();
+    reader->Read(record, &file.rows.back());
+  };
+  if (!ReadCsv(text, sink, &error)) {
+    file.rows.clear();
+    file.rows.shrink_to_fit();
+    if (file.error.empty()) {
+      file.error = FromUtf8(error.what);
+      file.error_line = error.line;
+    }
   }
   return out;
 }

@@ -217,6 +217,8 @@ TEST(CsvEntriesTest, ReadsEncodingsAndRefusesMalformedText) {
       {"field count", "Date,Duration,Client,Task\n2024-03-01,1,A\n",
        "error line 2: the record has 3 fields; the header has 4"},
       {"no header", "", "error line 1: the file has no header line"},
+      {"too many fields", "Date,Duration\n\n" + std::string(1100, ','),
+       "error line 3: a record has more than 1024 fields"},
       {"no date column", "Duration,Client\n1,A\n",
        "error line 1: no column holds the date (name one with --map COLUMN=date)"},
   };

@@ -56,18 +56,16 @@ char16_t DetectCsvSeparator(std::u16string_view text) {
   return semicolons > commas ? u';' : u',';
 }
 
-bool ReadCsv(std::u16string_view text, CsvTable* table, CsvError* error) {
-  *table = CsvTable();
-  table->separator = DetectCsvSeparator(text);
-  const char16_t separator = table->separator;
+bool ReadCsv(std::u16string_view text, const CsvSink& sink, CsvError* error) {
+  const char16_t separator = DetectCsvSeparator(text);
   auto fail = [&](int line, std::string what) {
     error->line = line;
     error->what = std::move(what);
-    *table = CsvTable();
     return false;
   };
 
   bool have_header = false;
+  std::size_t header_size = 0;
   CsvRecord record;
   std::u16string field;
   int line = 1;
@@ -80,15 +78,27 @@ bool ReadCsv(std::u16string_view text, CsvTable* table, CsvError* error) {
     const bool blank = record.fields.size() == 1 && record.fields[0].empty();
     if (!blank) {
       if (!have_header) {
-        table->header = std::move(record.fields);
         have_header = true;
-      } else if (record.fields.size() != table->header.size()) {
-        return fail(record.line, FieldCountText(record, table->header.size()));
+        header_size = record.fields.size();
+        if (!sink.header(std::move(record.fields))) return fail(0, "");
+      } else if (record.fields.size() != header_size) {
+        return fail(record.line, FieldCountText(record, header_size));
       } else {
-        table->records.push_back(std::move(record));
+        sink.record(std::move(record));
       }
     }
     record = CsvRecord();
+    return true;
+  };
+  // Ends the field at a separator.
+  auto next_field = [&]() -> bool {
+    if (record.fields.size() + 1 >= kCsvMaxFields) {
+      return fail(record.line,
+                  "a record has more than " + std::to_string(kCsvMaxFields) + " fields");
+    }
+    record.fields.push_back(std::move(field));
+    field.clear();
+    ++i;
     return true;
   };
   // One line break at text[i] (CR LF, LF or CR); moves past it.
@@ -126,19 +136,11 @@ bool ReadCsv(std::u16string_view text, CsvTable* table, CsvError* error) {
       if (i < n && text[i] != separator && text[i] != u'\r' && text[i] != u'\n') {
         return fail(line, "text after the closing quote of a field");
       }
-      // An empty quoted field is a field; mark it so the next quote is not
-      // taken as an opening one.
-      if (field.empty() && i < n && text[i] == separator) {
-        record.fields.emplace_back();
-        ++i;
-      }
       continue;
     }
     if (c == u'"') return fail(line, "a quote inside a field that is not quoted");
     if (c == separator) {
-      record.fields.push_back(std::move(field));
-      field.clear();
-      ++i;
+      if (!next_field()) return false;
     } else if (c == u'\r' || c == u'\n') {
       if (!end_record()) return false;
       skip_break();

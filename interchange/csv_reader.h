@@ -10,6 +10,8 @@
 #ifndef QUILLORA_INTERCHANGE_CSV_READER_H_
 #define QUILLORA_INTERCHANGE_CSV_READER_H_
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,10 +23,15 @@ struct CsvRecord {
   std::vector<std::u16string> fields;
 };
 
-struct CsvTable {
-  char16_t separator = u',';
-  std::vector<std::u16string> header;  // the first record
-  std::vector<CsvRecord> records;      // the records after it, blank lines left out
+// A record holds at most this many fields.
+inline constexpr std::size_t kCsvMaxFields = 1024;
+
+// Where the records go as they are read: the header (the first record)
+// first, then each later record; blank lines are left out. Header answers
+// false to stop the reading.
+struct CsvSink {
+  std::function<bool(std::vector<std::u16string>&& header)> header;
+  std::function<void(CsvRecord&& record)> record;
 };
 
 struct CsvError {
@@ -43,10 +50,13 @@ bool DecodeCsvText(std::string_view bytes, int code_page, std::u16string* text,
 // quotes) holds more semicolons than commas, else a comma.
 char16_t DetectCsvSeparator(std::u16string_view text);
 
-// Splits `text` into records. False with `error` set for text after a
-// closing quote, a quote inside an unquoted field, a quote left open at the
-// end, no header, or a record with more or fewer fields than the header.
-bool ReadCsv(std::u16string_view text, CsvTable* table, CsvError* error);
+// Splits `text` into records and hands them to `sink` as they are read, so
+// a large file never stands in memory as fields. False with `error` set for
+// text after a closing quote, a quote inside an unquoted field, a quote left
+// open at the end, no header, a record of more than kCsvMaxFields fields or
+// with more or fewer fields than the header; false with `error->what` empty
+// when the sink's header answered false.
+bool ReadCsv(std::u16string_view text, const CsvSink& sink, CsvError* error);
 
 }  // namespace quillora
 

@@ -10,10 +10,45 @@ class JsonParser {
  public:
   explicit JsonParser(std::string_view text) : text_(text) {}
 
-  bool ParseDocument(JsonValue* value, JsonError* error) {
+  bool ParseArrayDocument(const std::function<bool(JsonValue&&)>& item,
+                          JsonError* error) {
     if (text_.substr(0, 3) == "\xEF\xBB\xBF") at_ = 3;
     SkipBlanks();
-    if (!ParseValue(value, 0)) return Report(error);
+    if (AtEnd()) {
+      Fail("unexpected end of the text");
+      return Report(error);
+    }
+    if (Peek() != '[') {
+      Fail("the text is not a JSON array");
+      return Report(error);
+    }
+    ++at_;
+    SkipBlanks();
+    if (Peek() == ']') {
+      ++at_;
+    } else {
+      for (;;) {
+        SkipBlanks();
+        JsonValue value;
+        values_ = 0;
+        if (!ParseValue(&value, 1)) return Report(error);
+        if (!item(std::move(value))) {
+          error->line = 0;
+          error->what.clear();
+          return false;
+        }
+        SkipBlanks();
+        if (Peek() == ',') {
+          ++at_;
+        } else if (Peek() == ']') {
+          ++at_;
+          break;
+        } else {
+          Fail("expected ',' or ']'");
+          return Report(error);
+        }
+      }
+    }
     SkipBlanks();
     if (at_ != text_.size()) {
       Fail("unexpected text after the end of the document");
@@ -60,6 +95,7 @@ class JsonParser {
 
   bool ParseValue(JsonValue* value, int depth) {
     value->line = line_;
+    if (++values_ > kJsonMaxItemValues) return Fail("an item holds too many values");
     if (AtEnd()) return Fail("unexpected end of the text");
     switch (Peek()) {
       case '{':
@@ -288,6 +324,7 @@ class JsonParser {
   std::string_view text_;
   std::size_t at_ = 0;
   int line_ = 1;
+  int values_ = 0;  // in the item being read
   std::string error_;
   int error_line_ = 0;
 };
@@ -301,12 +338,9 @@ const JsonValue* JsonValue::Member(std::u16string_view name) const {
   return nullptr;
 }
 
-bool ReadJson(std::string_view text, JsonValue* value, JsonError* error) {
-  *value = JsonValue();
-  JsonParser parser(text);
-  if (parser.ParseDocument(value, error)) return true;
-  *value = JsonValue();
-  return false;
+bool ReadJsonArray(std::string_view text, const std::function<bool(JsonValue&&)>& item,
+                   JsonError* error) {
+  return JsonParser(text).ParseArrayDocument(item, error);
 }
 
 }  // namespace quillora

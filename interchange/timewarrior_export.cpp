@@ -147,24 +147,21 @@ class IntervalReader {
 ImportedFile ReadTimewarriorExport(std::string_view bytes, const Settings& settings,
                                    const ImportDefaults& defaults) {
   ImportedFile file;
-  JsonValue document;
-  JsonError error;
-  if (!ReadJson(bytes, &document, &error)) {
-    file.error = FromUtf8(error.what);
-    file.error_line = error.line;
-    return file;
-  }
-  if (document.type != JsonValue::Type::kArray) {
-    file.error = u"the export is not a JSON array of intervals";
-    file.error_line = document.line;
-    return file;
-  }
   IntervalReader reader(settings, defaults);
-  file.rows.resize(document.items.size());
-  for (std::size_t i = 0; i < document.items.size(); ++i) {
-    if (!reader.Read(document.items[i], &file.rows[i], &file)) {
-      file.rows.clear();
-      return file;
+  JsonError error;
+  const bool read = ReadJsonArray(
+      bytes,
+      [&](JsonValue&& interval) {
+        file.rows.emplace_back();
+        return reader.Read(interval, &file.rows.back(), &file);
+      },
+      &error);
+  if (!read) {
+    file.rows.clear();
+    file.rows.shrink_to_fit();
+    if (file.error.empty()) {
+      file.error = FromUtf8(error.what);
+      file.error_line = error.line;
     }
   }
   return file;

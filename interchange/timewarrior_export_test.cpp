@@ -7,6 +7,7 @@
 #include <string>
 
 #include "interchange/entry_import.h"
+#include "interchange/json_reader.h"
 #include "store/note_text.h"
 
 namespace quillora {
@@ -146,7 +147,7 @@ TEST_F(TimewarriorExportTest, RefusesMalformedExportsNamingTheLine) {
     const char16_t* what;
   } cases[] = {
       {"", 1, u"unexpected end of the text"},
-      {"{}", 1, u"the export is not a JSON array of intervals"},
+      {"{}", 1, u"the text is not a JSON array"},
       {"[\n{\"start\":\"20240101T100000Z\",}\n]", 2, u"expected a member name in quotes"},
       {"[\n{\"start\":\"20240101T100000Z\"}\n{}]", 3, u"expected ',' or ']'"},
       {"[\n\n{\"start\":\"2024-01-01\"}]", 3,
@@ -155,9 +156,10 @@ TEST_F(TimewarriorExportTest, RefusesMalformedExportsNamingTheLine) {
        u"a tag of the interval is not a text"},
       {"[\"x\n\"]", 1, u"a control character or line break inside a string"},
       {"[\"\xff\"]", 1, u"the text is not UTF-8"},
-      {"[1] 2", 1, u"unexpected text after the end of the document"},
-      {"[\"\\ud83d\\ude00\", 1.5e3, -0, true, false, null, {\"a\":[]}, \"\\u00e9\"", 1,
-       u"expected ',' or ']'"},
+      {"[] 2", 1, u"unexpected text after the end of the document"},
+      {"[{\"start\":\"20240101T100000Z\",\"x\":[\"\\ud83d\\ude00\", 1.5e3, -0, true, "
+       "false, null, {\"b\":[]}, \"\\u00e9\"]}",
+       1, u"expected ',' or ']'"},
   };
   for (const auto& c : cases) {
     const ImportedFile file = ReadTimewarriorExport(c.text, {}, {});
@@ -167,6 +169,10 @@ TEST_F(TimewarriorExportTest, RefusesMalformedExportsNamingTheLine) {
   }
   const std::string deep = std::string(100, '[') + std::string(100, ']');
   EXPECT_EQ(ReadTimewarriorExport(deep, {}, {}).error, u"nested too deeply");
+  std::string wide = "[[";
+  for (int i = 0; i < kJsonMaxItemValues; ++i) wide += "0,";
+  EXPECT_EQ(ReadTimewarriorExport(wide + "0]]", {}, {}).error,
+            u"an item holds too many values");
 }
 
 }  // namespace
