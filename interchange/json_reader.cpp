@@ -131,14 +131,16 @@ class JsonParser {
     for (;;) {
       SkipBlanks();
       if (Peek() != '"') return Fail("expected a member name in quotes");
-      std::pair<std::u16string, JsonValue> member;
-      if (!ParseString(&member.first)) return false;
+      std::u16string name;
+      if (!ParseString(&name)) return false;
       SkipBlanks();
       if (Peek() != ':') return Fail("expected ':' after a member name");
       ++at_;
       SkipBlanks();
-      if (!ParseValue(&member.second, depth + 1)) return false;
-      value->members.push_back(std::move(member));
+      JsonValue member;
+      if (!ParseValue(&member, depth + 1)) return false;
+      value->names.push_back(std::move(name));
+      value->items.push_back(std::move(member));
       SkipBlanks();
       if (Peek() == ',') {
         ++at_;
@@ -332,8 +334,8 @@ class JsonParser {
 }  // namespace
 
 const JsonValue* JsonValue::Member(std::u16string_view name) const {
-  for (const auto& [key, value] : members) {
-    if (key == name) return &value;
+  for (std::size_t i = 0; i < names.size() && i < items.size(); ++i) {
+    if (names[i] == name) return &items[i];
   }
   return nullptr;
 }

@@ -12,7 +12,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace quillora {
@@ -26,9 +25,11 @@ struct JsonValue {
   int line = 0;  // 1-based
   bool boolean = false;
   double number = 0;
-  std::u16string text;                                        // kString
-  std::vector<JsonValue> items;                               // kArray
-  std::vector<std::pair<std::u16string, JsonValue>> members;  // kObject, in order
+  std::u16string text;  // kString
+  // The items of an array, or the values of an object's members in their
+  // order with the members' names in `names`.
+  std::vector<JsonValue> items;
+  std::vector<std::u16string> names;  // kObject
 
   // The first member named `name`; null when there is none.
   const JsonValue* Member(std::u16string_view name) const;
