@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <unordered_set>
 
 #include "interchange/catalogue_growth.h"
@@ -45,6 +47,10 @@ std::u16string Widened(const char* format, int value) {
 ImportFileRead ReadImportFile(FileSystem& files, const std::string& path,
                               std::string* bytes) {
   bytes->clear();
+  // The size is asked before a byte is read, so a huge file costs nothing.
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (!error && size > kImportFileLimit) return ImportFileRead::kTooLarge;
   if (!files.ReadWholeFile(path, bytes)) return ImportFileRead::kUnreadable;
   if (bytes->size() > kImportFileLimit) {
     bytes->clear();
