@@ -156,7 +156,8 @@ std::optional<SystemTime> LocalTimeFromUtc(const SystemTime& utc) {
   if (!SystemTimeToFileTime(utc, &ft)) return std::nullopt;
   // Seconds from 1601-01-01 to the Unix epoch.
   constexpr std::int64_t kEpochSeconds = 11644473600;
-  const std::int64_t seconds = static_cast<std::int64_t>(ft / kTicksPerSecond) - kEpochSeconds;
+  const std::int64_t seconds =
+      static_cast<std::int64_t>(ft / kTicksPerSecond) - kEpochSeconds;
   const auto t = static_cast<time_t>(seconds);
   tm local{};
   if (localtime_r(&t, &local) == nullptr || local.tm_year + 1900 < 1601 ||

@@ -35,9 +35,9 @@ bool FromUtf8Strict(std::string_view text, std::u16string* out) {
   int32_t length = 0;
   int32_t substitutions = 0;
   UErrorCode status = U_ZERO_ERROR;
-  u_strFromUTF8WithSub(reinterpret_cast<UChar*>(out->data()),
-                       static_cast<int32_t>(out->size()), &length, text.data(),
-                       static_cast<int32_t>(text.size()), 0xFFFD, &substitutions, &status);
+  u_strFromUTF8WithSub(
+      reinterpret_cast<UChar*>(out->data()), static_cast<int32_t>(out->size()), &length,
+      text.data(), static_cast<int32_t>(text.size()), 0xFFFD, &substitutions, &status);
   if (U_FAILURE(status) || substitutions != 0) {
     out->clear();
     return false;
