@@ -20,6 +20,7 @@
 #include "store/time_entry.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
+#include "tests/test_time.h"
 #include "tests/test_volume.h"
 
 namespace quillora::testing {
@@ -35,14 +36,6 @@ struct TestData {
   Catalogue catalogue{volume.store(), registry.get()};
   EntryStore entries{volume.store()};
 };
-
-inline FileTime At(int year, int month, int day, int hour = 0, int minute = 0,
-                   int second = 0) {
-  FileTime t = 0;
-  EXPECT_TRUE(
-      SystemTimeToFileTime(MakeSystemTime(year, month, day, hour, minute, second), &t));
-  return t;
-}
 
 class BackupFixture : public ::testing::Test {
  protected:

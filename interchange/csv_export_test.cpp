@@ -5,7 +5,6 @@
 #include <array>
 
 #include "interchange/export_test_fixture.h"
-#include "tests/faulty_file_system.h"
 
 namespace quillora {
 namespace {
@@ -107,33 +106,6 @@ TEST(CsvLineBreakTest, OnlyCrLfPairsAreReplaced) {
                         Case{u"\r\n\r\n", u"~`~`"}, Case{u"", u""}, Case{u"\r", u"\r"}}) {
     EXPECT_EQ(ReplaceLineBreaks(c.text, u"~`"), c.expected) << c.text.size();
   }
-}
-
-TEST_F(CsvExportTest, AFailedWriteStopsAndLeavesWhatWasWritten) {
-  AddSamples();
-  testing::FaultyFileSystem files;
-  files.fail_write_number = 3;  // header, first entry, then the second fails
-  auto sources = Sources(files);
-  EXPECT_FALSE(ExportCsv(Path(), SampleDays(), sources));
-  EXPECT_EQ(Bytes(), std::string(kHeader) + kFullLine);
-  EXPECT_EQ(files.writes(), 3) << "nothing is written after the failure";
-
-  testing::FaultyFileSystem full;
-  full.disk_bytes = 20;
-  auto full_sources = Sources(full);
-  EXPECT_FALSE(ExportCsv(Path(), SampleDays(), full_sources));
-  EXPECT_EQ(Bytes(), std::string(kHeader).substr(0, 20));
-
-  testing::FaultyFileSystem unsynced;
-  unsynced.fail_close = true;
-  auto unsynced_sources = Sources(unsynced);
-  EXPECT_FALSE(ExportCsv(Path(), SampleDays(), unsynced_sources));
-
-  testing::FaultyFileSystem locked;
-  locked.fail_create = true;
-  auto locked_sources = Sources(locked);
-  EXPECT_FALSE(ExportCsv(Path("never"), SampleDays(), locked_sources));
-  EXPECT_FALSE(FileSystem::Posix().Exists(Path("never")));
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include "interchange/export_test_fixture.h"
 #include "tests/fake_prompt.h"
-#include "tests/faulty_file_system.h"
 
 namespace quillora {
 namespace {
@@ -53,25 +52,6 @@ TEST_F(ExportCommandTest, CancellingTheRangeOrTheChooserWritesNothing) {
             ExportOutcome::kCancelled);
   EXPECT_TRUE(prompt.shown.empty());
   EXPECT_FALSE(FileSystem::Posix().Exists(Path()));
-}
-
-TEST_F(ExportCommandTest, AFailureMidFileShowsTheMessageAndKeepsThePart) {
-  AddSamples();
-  for (ExportFormat format : {ExportFormat::kCsv, ExportFormat::kXml}) {
-    testing::FaultyFileSystem files;
-    files.disk_bytes = 300;
-    testing::FakePrompt prompt;
-    prompt.files.push_back(Path());
-    auto sources = Sources(files);
-    EXPECT_EQ(RunExportCommand(format, SampleDays(), sources, prompt),
-              ExportOutcome::kFailed);
-    ASSERT_EQ(prompt.shown.size(), 1u);
-    EXPECT_EQ(prompt.shown[0].title, u"Quillora");
-    EXPECT_EQ(prompt.shown[0].text, kFailed);
-    EXPECT_EQ(prompt.shown[0].icon, MessageIcon::kError);
-    EXPECT_FALSE(prompt.shown[0].question);
-    EXPECT_EQ(Bytes().size(), 300u) << "the partly written file stays";
-  }
 }
 
 }  // namespace

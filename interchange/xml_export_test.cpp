@@ -134,33 +134,6 @@ TEST_F(XmlExportTest, NoEntriesGiveAnEmptyItemsElement) {
   EXPECT_EQ(Bytes(), "<?xml version=\"1.0\"?>\r\n<ITEMS/>\r\n");
 }
 
-TEST_F(XmlExportTest, FailuresLeaveThePartFileOrNoFile) {
-  AddSamples();
-  const std::string whole =
-      Narrow(std::u16string(u"<?xml version=\"1.0\"?>\r\n") + kItems);
-
-  // The disk fills during the document.
-  testing::FaultyFileSystem full;
-  full.disk_bytes = 100;
-  auto full_sources = Sources(full);
-  EXPECT_FALSE(ExportXml(Path(), SampleDays(), full_sources));
-  EXPECT_EQ(Bytes(), whole.substr(0, 100));
-
-  // The declaration cannot be written.
-  testing::FaultyFileSystem first;
-  first.fail_write_number = 1;
-  auto first_sources = Sources(first);
-  EXPECT_FALSE(ExportXml(Path("decl"), SampleDays(), first_sources));
-  EXPECT_EQ(first.writes(), 1);
-  EXPECT_TRUE(FileSystem::Posix().Exists(Path("decl")));
-
-  testing::FaultyFileSystem locked;
-  locked.fail_create = true;
-  auto locked_sources = Sources(locked);
-  EXPECT_FALSE(ExportXml(Path("never"), SampleDays(), locked_sources));
-  EXPECT_FALSE(FileSystem::Posix().Exists(Path("never")));
-}
-
 TEST_F(XmlExportTest, AFailedUtf16DocumentWriteIsStillReportedWritten) {
   AddSamples();
   settings_.encoding = kXmlEncodingUtf16;

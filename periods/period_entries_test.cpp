@@ -4,16 +4,13 @@
 
 #include <memory>
 
+#include "tests/test_time.h"
 #include "tests/test_volume.h"
 
 namespace quillora {
 namespace {
 
-FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
-  FileTime ft = 0;
-  EXPECT_TRUE(SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft));
-  return ft;
-}
+using testing::At;
 
 class PeriodEntriesTest : public ::testing::Test {
  protected:

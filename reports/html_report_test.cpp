@@ -10,7 +10,6 @@
 
 #include "store/note_text.h"
 #include "store/time_entry.h"
-#include "tests/faulty_file_system.h"
 #include "tests/temp_dir.h"
 #include "tests/test_volume.h"
 
@@ -364,33 +363,6 @@ TEST_F(HtmlReportTest, GroupsSortedByTheirFieldWithRulesOrHeadings) {
   html = Generate(d);
   EXPECT_NE(html.find("<h1 />\r\n<h2 />\r\n<h3 />\r\n<table"), std::string::npos);
   EXPECT_EQ(html.find("<table", html.find("<table") + 1), std::string::npos);
-}
-
-TEST_F(HtmlReportTest, FailureLeavesThePartlyWrittenFile) {
-  AddWeek();
-  const HtmlReportRequest request = Request(SmallDefinition());
-  const std::string path = dir_.File("report.htm");
-  testing::FaultyFileSystem files;
-  files.fail_create = true;
-  EXPECT_FALSE(GenerateHtmlReport(entries_, files, path, request, settings_, *locale_));
-  EXPECT_FALSE(FileSystem::Posix().Exists(path));
-
-  files.fail_create = false;
-  files.disk_bytes = 1000;
-  EXPECT_FALSE(GenerateHtmlReport(entries_, files, path, request, settings_, *locale_));
-  const std::string partial = testing::ReadFileBytes(path);
-  EXPECT_EQ(partial.size(), 1000u);
-  EXPECT_EQ(partial.rfind(kDoctype + "<html", 0), 0u);
-
-  testing::FaultyFileSystem first_write_fails;
-  first_write_fails.fail_write_number = 1;
-  EXPECT_FALSE(GenerateHtmlReport(entries_, first_write_fails, path, request, settings_,
-                                  *locale_));
-
-  testing::FaultyFileSystem close_fails;
-  close_fails.fail_close = true;
-  EXPECT_FALSE(
-      GenerateHtmlReport(entries_, close_fails, path, request, settings_, *locale_));
 }
 
 TEST_F(HtmlReportTest, TextIsWrittenOneBytePerCharacterInTheCodePage) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/test_time.h"
 #include "tests/test_volume.h"
 
 namespace quillora {
@@ -9,11 +10,7 @@ namespace {
 
 namespace p = entry_prop;
 
-FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
-  FileTime ft = 0;
-  EXPECT_TRUE(SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft));
-  return ft;
-}
+using testing::At;
 
 class TimeEntryTest : public ::testing::Test {
  protected:

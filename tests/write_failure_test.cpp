@@ -31,6 +31,7 @@
 #include "tests/fake_prompt.h"
 #include "tests/faulty_file_system.h"
 #include "tests/temp_dir.h"
+#include "tests/test_time.h"
 #include "tests/test_volume.h"
 
 namespace quillora {
@@ -38,10 +39,12 @@ namespace {
 
 using testing::FaultyFileSystem;
 
-FileTime At(int year, int month, int day, int hour) {
-  FileTime t = 0;
-  SystemTimeToFileTime(MakeSystemTime(year, month, day, hour, 0, 1), &t);
-  return t;
+using testing::At;
+
+// The texts a command showed, each under the program's title.
+std::vector<std::u16string> Shown(const testing::FakePrompt& prompt) {
+  for (const auto& shown : prompt.shown) EXPECT_EQ(shown.title, u"Quillora");
+  return prompt.Texts();
 }
 
 class WriteFailureTest : public ::testing::Test {
@@ -107,7 +110,7 @@ class WriteFailureTest : public ::testing::Test {
         prompt.files.push_back(Path());
         const auto outcome = RunExportCommand(
             format, MakeExportCriteria(Month(), EntryFilter()), sources, prompt);
-        *messages = prompt.Texts();
+        *messages = Shown(prompt);
         return outcome == ExportOutcome::kExported;
       };
     };
@@ -132,7 +135,7 @@ class WriteFailureTest : public ::testing::Test {
                    const auto outcome =
                        RunListExport(catalogue_, *locale_, files, prompt,
                                      CatalogueList(ListKind::kClients), ListFileFormat::kUnicode);
-                   *messages = prompt.Texts();
+                   *messages = Shown(prompt);
                    return outcome == ListFileOutcome::kDone;
                  },
                  u"Unable to export the list."});
@@ -151,7 +154,7 @@ class WriteFailureTest : public ::testing::Test {
                    prompt.files.push_back(Path());
                    const auto outcome =
                        BackupCommand(entries_, catalogue_, *locale_, prompt, files);
-                   *messages = prompt.Texts();
+                   *messages = Shown(prompt);
                    return outcome == BackupOutcome::kDone;
                  },
                  u"Backup has failed. Please make sure you have enough space on the storage "
@@ -237,7 +240,7 @@ TEST_F(WriteFailureTest, AnArchiveWhoseFileFailsDeletesNothing) {
                    prompt.files.push_back(Path());
                    const auto outcome =
                        ArchiveCommand(entries_, catalogue_, *locale_, prompt, files, request);
-                   *messages = prompt.Texts();
+                   *messages = Shown(prompt);
                    return outcome == BackupOutcome::kDone;
                  },
                  u"Archive operation has failed. Please make sure you have enough space on "

@@ -351,10 +351,21 @@ TEST_F(EntryEditorTest, RateChoiceFixedAndCalculate) {
   EXPECT_EQ(other.entry().rateType, kRateOvertime);
 }
 
-// The command line's tests cut the names and the currency; here the cuts
-// that only the model can show.
 TEST_F(EntryEditorTest, TextsAreCutAtTheirFieldLimits) {
   EntryEditor editor(Services(), NewEntry(settings_, Day(2026, 11, 18)));
+  const std::u16string long_text(300, u'x');
+  editor.SetClient(long_text);
+  editor.SetProject(long_text);
+  editor.SetPhase(long_text);
+  editor.SetBillTo(long_text);
+  editor.SetCurrency(long_text);
+  editor.SetCustomField(0, long_text);
+  for (const std::u16string* cut :
+       {&editor.general().client, &editor.general().project, &editor.general().phase,
+        &editor.billing().bill_to, &editor.custom_fields().values[0]}) {
+    EXPECT_EQ(*cut, std::u16string(127, u'x'));
+  }
+  EXPECT_EQ(editor.billing().currency, std::u16string(15, u'x'));
   editor.SetTask(std::u16string(126, u't') + u"\U0001F600");
   editor.SetDurationText(u"1.23456");
   editor.SetRateText(u"123456789.123");

@@ -2,10 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/data_folder.h"
-#include "store/data_context.h"
-#include "store/note_text.h"
-#include "store/time_entry.h"
 #include "tests/run_quillora.h"
+#include "tests/seed_data.h"
 #include "tests/temp_dir.h"
 
 namespace quillora {
@@ -19,25 +17,16 @@ class CliTest : public ::testing::Test {
 
   // Stores an entry directly, as the window would have.
   ObjectId AddSampleEntry() {
-    DataContext data;
-    std::string error;
-    EXPECT_TRUE(OpenDataContext(Data(), &data, &error)) << error;
-    EntryStore store(*data.volume);
-    EXPECT_TRUE(store.Open());
-    TimeEntry e;
-    SystemTimeToFileTime(MakeSystemTime(2026, 11, 20, 14, 5, 1), &e.start);
-    e.client = u"Acme \u00c9t\u00e9";
+    TimeEntry e =
+        testing::EntryAt("2026-11-20T14:05:01", u"Acme \u00c9t\u00e9", u"Design");
     e.project = u"Web";
-    e.task = u"Design";
     e.duration = 17;
     e.rate = 6000;
     e.billable = true;
     e.currency = u"EUR";
     e.custom2 = u"c2";
-    const auto note = NoteBlobFromText(u"line one\nC:\\path");
-    SetNote(&e, static_cast<std::int32_t>(note.size()), note.data());
-    EXPECT_TRUE(AddEntry(store, e));
-    return store.current_record_id();
+    testing::SetNoteText(&e, u"line one\nC:\\path");
+    return testing::SeedEntry(Data(), e);
   }
 
   testing::TempDir dir_;
@@ -100,13 +89,10 @@ TEST_F(CliTest, SettingsSetRefusesWhatTheProgramCannotUse) {
   auto r = RunQuillora(Data(), {"settings", "set", "MinTime", "20"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.out, "MinTime=20\n");
-  for (const auto& [name, value] : std::vector<std::pair<std::string, std::string>>{
-           {"View", "5"}, {"MinTime", "7"}, {"NextClient", "3"}, {"NoSuchValue", "1"},
-           {"ViewCust", "00"}}) {
-    r = RunQuillora(Data(), {"settings", "set", name, value});
-    EXPECT_EQ(r.status, 1) << name;
-    EXPECT_EQ(r.err.rfind("Quillora: ", 0), 0u) << name << ": " << r.err;
-  }
+  // Which values are refused, and why: store/settings_test.cpp.
+  r = RunQuillora(Data(), {"settings", "set", "View", "5"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "Quillora: \"View\" must be from 1 to 4.\n");
   r = RunQuillora(Data(), {"settings", "show"});
   EXPECT_NE(r.out.find("\nMinTime=20\n"), std::string::npos);
   EXPECT_EQ(r.out.rfind("View=2\n", 0), 0u);

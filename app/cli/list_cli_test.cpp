@@ -45,33 +45,27 @@ class ListCliTest : public ::testing::Test {
   testing::TempDir dir_;
 };
 
-TEST_F(ListCliTest, ClientListsImportOnceAndExportInBothFormats) {
-  WriteFileBytes(File("clients.txt"),
-                 "Zeta\r\n\r\nAcme\rBeta\n\nAcme\n" + std::string(200, 'L'));
+// How lines are split, cut and merged is pinned in interchange/list_files_test.cpp.
+TEST_F(ListCliTest, ClientListsImportAndExportInBothFormats) {
+  WriteFileBytes(File("clients.txt"), "Zeta\r\nAcme");
   Ok({"import", "clients", File("clients.txt")});
-  Ok({"import", "clients", File("clients.txt")});
-  EXPECT_EQ(Ok({"client", "list"}),
-            "Acme\t2\nBeta\t3\n" + std::string(127, 'L') + "\t4\nZeta\t1\n");
+  EXPECT_EQ(Ok({"client", "list"}), "Acme\t2\nZeta\t1\n");
 
   Ok({"export-list", "clients", File("out.txt")});
-  EXPECT_EQ(ReadFileBytes(File("out.txt")),
-            "Acme\r\nBeta\r\n" + std::string(127, 'L') + "\r\nZeta");
+  EXPECT_EQ(ReadFileBytes(File("out.txt")), "Acme\r\nZeta");
   const RunResult declined =
       Run({"export-list", "clients", "--unicode", File("out.txt")});
   EXPECT_EQ(declined.status, 1);
   EXPECT_NE(declined.err.find("already exists"), std::string::npos) << declined.err;
   Ok({"--yes", "export-list", "--unicode", "clients", File("out.txt")});
-  const std::string wide = ReadFileBytes(File("out.txt"));
-  ASSERT_GE(wide.size(), 10u);
-  EXPECT_EQ(wide.substr(0, 10), std::string("\xFF\xFE"
-                                            "A\0c\0m\0e\0",
-                                            10));
-  EXPECT_EQ(wide.substr(wide.size() - 10), std::string("\n\0Z\0e\0t\0a\0", 10));
+  EXPECT_EQ(ReadFileBytes(File("out.txt")),
+            std::string("\xFF\xFE"
+                        "A\0c\0m\0e\0\r\0\n\0Z\0e\0t\0a\0",
+                        22));
 
   // The UTF-16 file reads back as a contacts list of a client.
   Ok({"import", "contacts", "--client", "Zeta", File("out.txt")});
-  EXPECT_EQ(Ok({"contact", "list", "Zeta"}),
-            "Acme\nBeta\n" + std::string(127, 'L') + "\nZeta\n");
+  EXPECT_EQ(Ok({"contact", "list", "Zeta"}), "Acme\nZeta\n");
 }
 
 TEST_F(ListCliTest, ProjectsAndProjectTasksRoundTrip) {

@@ -17,15 +17,12 @@
 #include "store/string_table.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
+#include "tests/test_time.h"
 
 namespace quillora {
 namespace {
 
-FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
-  FileTime ft = 0;
-  SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft);
-  return ft;
-}
+using testing::At;
 
 QString Q(const std::u16string& text) { return ToQString(text); }
 

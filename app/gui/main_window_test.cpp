@@ -10,6 +10,7 @@
 #include "app/gui/window_commands.h"
 #include "tests/fake_prompt.h"
 #include "tests/temp_dir.h"
+#include "tests/test_time.h"
 
 namespace quillora {
 namespace {
@@ -57,11 +58,7 @@ class RecordingDevice : public QPaintDevice {
   mutable RecordingEngine engine;
 };
 
-FileTime At(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
-  FileTime ft = 0;
-  SystemTimeToFileTime(MakeSystemTime(y, mo, d, h, mi, s), &ft);
-  return ft;
-}
+using testing::At;
 
 class MainWindowTest : public QObject {
   Q_OBJECT
