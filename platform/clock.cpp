@@ -151,6 +151,23 @@ std::string FormatIsoDateTime(const SystemTime& st) {
   return buf;
 }
 
+std::optional<SystemTime> LocalTimeFromUtc(const SystemTime& utc) {
+  FileTime ft = 0;
+  if (!SystemTimeToFileTime(utc, &ft)) return std::nullopt;
+  // Seconds from 1601-01-01 to the Unix epoch.
+  constexpr std::int64_t kEpochSeconds = 11644473600;
+  const std::int64_t seconds =
+      static_cast<std::int64_t>(ft / kTicksPerSecond) - kEpochSeconds;
+  const auto t = static_cast<time_t>(seconds);
+  tm local{};
+  if (localtime_r(&t, &local) == nullptr || local.tm_year + 1900 < 1601 ||
+      local.tm_year + 1900 > 30827) {
+    return std::nullopt;
+  }
+  return MakeSystemTime(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+                        local.tm_hour, local.tm_min, local.tm_sec, utc.milliseconds);
+}
+
 SystemTime SystemClock::LocalNow() const {
   if (const char* fixed = std::getenv("QUILLORA_NOW")) {
     if (auto st = ParseIsoDateTime(fixed)) return *st;

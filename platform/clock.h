@@ -64,6 +64,11 @@ std::optional<SystemTime> ParseIsoDateTime(const std::string& text);
 // "YYYY-MM-DDTHH:MM:SS", with ".mmm" appended when the milliseconds are not 0.
 std::string FormatIsoDateTime(const SystemTime& st);
 
+// The local time of a moment given in UTC, by the system's time zone rules
+// (TZ, else the machine's zone). Nothing for a date the calendar or the C
+// library cannot hold.
+std::optional<SystemTime> LocalTimeFromUtc(const SystemTime& utc);
+
 // The source of the current local time. Passed to whatever needs "now" so that
 // tests can fix it.
 class Clock {

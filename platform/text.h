@@ -14,6 +14,10 @@ std::string ToUtf8(std::u16string_view text);
 // UTF-8 to UTF-16; an invalid sequence becomes U+FFFD.
 std::u16string FromUtf8(std::string_view text);
 
+// UTF-8 to UTF-16 when the text is valid UTF-8; false (with `out` empty)
+// when it holds an invalid sequence.
+bool FromUtf8Strict(std::string_view text, std::u16string* out);
+
 // Widens text made of ASCII characters only (printf output), one unit each.
 std::u16string WidenAscii(std::string_view text);
 

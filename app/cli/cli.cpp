@@ -51,6 +51,7 @@ const Command* const kCommands[] = {
     &kMarkPaidCommand,
     &kDeleteDataCommand,
     &kImportCommand,
+    &kImportEntriesCommand,
     &kExportListCommand,
     &kContactsCommand,
 };

@@ -33,6 +33,7 @@ extern const Command kReplaceCommand;
 extern const Command kMarkPaidCommand;
 extern const Command kDeleteDataCommand;
 extern const Command kImportCommand;
+extern const Command kImportEntriesCommand;
 extern const Command kExportListCommand;
 extern const Command kContactsCommand;
 

@@ -13,19 +13,6 @@
 namespace quillora {
 namespace {
 
-// The catalogue the commands need; null (after saying so) when it is closed.
-Catalogue* CatalogueOf(MainWindow* window) {
-  Catalogue* catalogue = window->data().catalogue.get();
-  if (catalogue == nullptr && OpenCatalogue(&window->data())) {
-    catalogue = window->data().catalogue.get();
-  }
-  if (catalogue == nullptr) {
-    window->prompt().ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase),
-                                 MessageIcon::kError);
-  }
-  return catalogue;
-}
-
 QString Entries(int count) {
   return Counted(count, QObject::tr("entry"), QObject::tr("entries"));
 }

@@ -10,6 +10,7 @@
 #include "app/gui/dialog_support.h"
 #include "app/gui/export_dialogs.h"
 #include "app/gui/help.h"
+#include "app/gui/import_entries_dialog.h"
 #include "app/gui/main_window.h"
 #include "app/gui/quick_summary_dialog.h"
 #include "app/gui/report_dialogs.h"
@@ -86,6 +87,29 @@ class DataDialogsTest : public QObject {
     QCOMPARE(dialog.Range().start.day, 21);
     QCOMPARE(dialog.Range().end.month, 11);
     QCOMPARE(dialog.Range().end.day, 30);
+  }
+
+  void ImportEntriesPreviewsThenImports() {
+    testing::WriteFileBytes(File("toggl.csv"),
+                            "Client,Task,Start date,Start time,Duration\n"
+                            "Initech,Audit,2026-11-17,08:00:00,01:30:00\n"
+                            "Acme,,2026-11-18,,1\n");
+    ImportEntriesDialog dialog(window_.get());
+    dialog.source()->setCurrentIndex(ImportEntriesDialog::kCsv);
+    dialog.file()->setText(QString::fromStdString(File("toggl.csv")));
+    dialog.Reread();
+    QCOMPARE(dialog.preview()->rowCount(), 2);
+    QCOMPARE(dialog.preview()->item(0, 2)->text(), QString("Initech"));
+    QCOMPARE(dialog.preview()->item(0, 5)->text(), QString("1.50"));
+    QCOMPARE(dialog.preview()->item(1, 8)->text(), QString("no task"));
+    QCOMPARE(dialog.mapping()->item(2, 1)->text(), QString("date"));
+    QVERIFY(dialog.import_button()->isEnabled());
+    QVERIFY(dialog.Import());
+    QCOMPARE(
+        Texts().last(),
+        QString("Imported 1 entries; 0 already present; 1 skipped.\nline 3: no task"));
+    QCOMPARE(Shown(), 4);
+    QVERIFY(FindClient(data_->catalogue->clients, u"Initech"));
   }
 
   void ExportWritesTheChosenFile() {

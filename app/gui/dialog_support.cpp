@@ -5,9 +5,22 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "app/gui/main_window.h"
 #include "store/string_table.h"
 
 namespace quillora {
+
+Catalogue* CatalogueOf(MainWindow* window) {
+  Catalogue* catalogue = window->data().catalogue.get();
+  if (catalogue == nullptr && OpenCatalogue(&window->data())) {
+    catalogue = window->data().catalogue.get();
+  }
+  if (catalogue == nullptr) {
+    window->prompt().ShowMessage(kAppTitle, LoadString(kIdsUnableToLoadDatabase),
+                                 MessageIcon::kError);
+  }
+  return catalogue;
+}
 
 PeriodRange WholeDayRange(const QDate& first, const QDate& last) {
   return {MakeSystemTime(first.year(), first.month(), first.day()),

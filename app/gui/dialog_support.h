@@ -18,6 +18,13 @@
 
 namespace quillora {
 
+class MainWindow;
+struct Catalogue;
+
+// The catalogue the window's data commands need, opened when it is not yet;
+// null after "Unable to load database." when it cannot be opened.
+Catalogue* CatalogueOf(MainWindow* window);
+
 // Shows why a saved report cannot be used; true when it was found.
 bool ReportFound(UserPrompt& prompt, SavedReportLookup lookup);
 

@@ -173,6 +173,7 @@ void MainWindow::BuildMenus() {
   a.report = file->addAction(tr("Report..."));
   file->addSeparator();
   a.import = file->addAction(tr("Import..."));
+  a.import_entries = file->addAction(tr("Import Entries..."));
   a.export_list = file->addAction(tr("Export List..."));
   file->addSeparator();
   a.backup = file->addAction(tr("Backup..."));

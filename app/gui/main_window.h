@@ -42,6 +42,7 @@ struct WindowActions {
   QAction* export_xml = nullptr;
   QAction* report = nullptr;
   QAction* import = nullptr;
+  QAction* import_entries = nullptr;  // File > Import Entries
   QAction* export_list = nullptr;
   QAction* backup = nullptr;
   QAction* restore = nullptr;

@@ -11,6 +11,7 @@
 #include "app/gui/entry_commands.h"
 #include "app/gui/export_dialogs.h"
 #include "app/gui/help.h"
+#include "app/gui/import_entries_dialog.h"
 #include "app/gui/main_window.h"
 #include "app/gui/options_commands.h"
 #include "app/gui/report_dialogs.h"
@@ -30,6 +31,7 @@ EntryCommands* WireWindowCommands(MainWindow* w) {
       {a.export_xml, [w] { ExportFromWindow(w, ExportFormat::kXml); }},
       {a.report, [w] { ReportFromWindow(w); }},
       {a.import, [w] { OpenClients(w, &CatalogueDialog::Import); }},
+      {a.import_entries, [w] { ImportEntriesFromWindow(w); }},
       {a.export_list, [w] { OpenClients(w, &CatalogueDialog::ExportList); }},
       {a.backup, [w] { BackupFromWindow(w); }},
       {a.restore, [w] { RestoreFromWindow(w); }},
