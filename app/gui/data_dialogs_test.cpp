@@ -94,7 +94,7 @@ class DataDialogsTest : public QObject {
                             "Client,Task,Start date,Start time,Duration\n"
                             "Initech,Audit,2026-11-17,08:00:00,01:30:00\n"
                             "Acme,,2026-11-18,,1\n");
-    ImportEntriesDialog dialog(window_.get());
+    ImportEntriesDialog dialog(window_);
     dialog.source()->setCurrentIndex(ImportEntriesDialog::kCsv);
     dialog.file()->setText(QString::fromStdString(File("toggl.csv")));
     dialog.Reread();
@@ -424,9 +424,9 @@ class DataDialogsTest : public QObject {
     ArchiveRequest archive;
     QVERIFY(RangeToFileTimes(week, &archive.start, &archive.end));
     QuickSummaryDialog summary({{u"Hours:", u"4.50", u""}}, {}, prompt_,
-                               FileSystem::Posix(), 1252, window_.get());
+                               FileSystem::Posix(), 1252, window_);
     summary.SetFileStart(data_->registry.get(), "summary.csv");
-    CatalogueDialog catalogue(*data_, prompt_, window_.get());
+    CatalogueDialog catalogue(*data_, prompt_, window_);
     struct Case {
       const char* file;
       std::function<void()> run;
@@ -434,31 +434,31 @@ class DataDialogsTest : public QObject {
       QString text;       // %1: the file
     };
     const Case cases[] = {
-        {"w.csv", [&] { RunWindowExport(window_.get(), ExportFormat::kCsv, week); },
+        {"w.csv", [&] { RunWindowExport(window_, ExportFormat::kCsv, week); },
          "quillora-2026-11-15.csv", "Exported 3 entries to %1"},
-        {"m.xml", [&] { RunWindowExport(window_.get(), ExportFormat::kXml, month); },
+        {"m.xml", [&] { RunWindowExport(window_, ExportFormat::kXml, month); },
          "quillora-2026-11.xml", "Exported 4 entries to %1"},
         {"s.csv", [&] { summary.SaveAsCsv(); }, "summary.csv",
          "Saved the quick summary to %1"},
         {"r.htm",
-         [&] { GenerateReportFromWindow(window_.get(), NewReportDefinition(), week); },
+         [&] { GenerateReportFromWindow(window_, NewReportDefinition(), week); },
          "report-2026-11-15.htm", "Saved the report to %1"},
         {"c.txt", [&] { catalogue.ExportList(); }, "clients.txt",
          "Exported 2 names to %1"},
-        {"a.qra", [&] { RunWindowArchive(window_.get(), archive); },
+        {"a.qra", [&] { RunWindowArchive(window_, archive); },
          "archive-2026-11-15.qra", "Archived 3 entries to %1"},
-        {"b.qrd", [&] { BackupFromWindow(window_.get()); }, "quillora-2026-11-21.qrd",
+        {"b.qrd", [&] { BackupFromWindow(window_); }, "quillora-2026-11-21.qrd",
          "Backed up 4 entries and 2 clients to %1"},
-        {"b.qrd", [&] { RestoreFromWindow(window_.get()); }, "",
+        {"b.qrd", [&] { RestoreFromWindow(window_); }, "",
          "Added 4 entries and 0 clients from %1"},
-        {"a.qra", [&] { ArchiveRestoreFromWindow(window_.get()); }, "",
+        {"a.qra", [&] { ArchiveRestoreFromWindow(window_); }, "",
          "Added 3 entries from %1"},
     };
     for (const Case& c : cases) {
       const QString path = QString::fromStdString(File(c.file));
       prompt_.files.push_back(path.toStdString());
       c.run();
-      const WrittenFileNotice* notice = NoticeOf(window_.get());
+      const WrittenFileNotice* notice = NoticeOf(window_);
       QVERIFY(notice != nullptr);
       QCOMPARE(notice->text(), QString(c.text).arg(path));
       QCOMPARE(notice->open_button()->isHidden(), c.suggested.isEmpty());
@@ -471,12 +471,12 @@ class DataDialogsTest : public QObject {
                  QFileInfo(path).canonicalPath());
       }
     }
-    NoticeOf(window_.get())->Show("Written", File("w.csv").c_str());
-    NoticeOf(window_.get())->open_button()->click();
-    NoticeOf(window_.get())->open_folder_button()->click();
+    NoticeOf(window_)->Show("Written", File("w.csv").c_str());
+    NoticeOf(window_)->open_button()->click();
+    NoticeOf(window_)->open_folder_button()->click();
     QCOMPARE(opened_.mid(opened_.size() - 2),
              QList<QUrl>({QUrl::fromLocalFile(QString::fromStdString(File("w.csv"))),
-                          QUrl::fromLocalFile(QString::fromStdString(dir_->path()))}));
+                          QUrl::fromLocalFile(QString::fromStdString(f_.dir().path()))}));
   }
 
   void HelpOpensAtItsTopics() {

@@ -49,6 +49,8 @@ class EntryEditorDialog : public QDialog {
   QTabWidget* pages() const { return pages_; }
   QDateEdit* date_edit() const { return date_; }
   QComboBox* client_box() const { return client_; }
+  QComboBox* project_box() const { return project_; }
+  QComboBox* phase_box() const { return phase_; }
   QComboBox* task_box() const { return task_; }
   QComboBox* duration_box() const { return duration_; }
   QCheckBox* start_check() const { return start_check_; }

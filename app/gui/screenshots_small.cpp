@@ -14,6 +14,7 @@
 #include "app/gui/name_dialog.h"
 #include "app/gui/options_commands.h"
 #include "app/gui/rate_edit_dialog.h"
+#include "store/catalogue_service.h"
 #include "app/gui/report_dialogs.h"
 #include "app/gui/screenshots_shot.h"
 #include "app/gui/written_file_notice.h"
@@ -35,7 +36,8 @@ TimeEntry FirstEntry(EntryStore& store) {
 void ShootRateTypeList(DataContext& data, UserPrompt& prompt, const QString& path) {
   Rate rate;
   rate.client = 0;
-  RateEditDialog dialog(data.catalogue->rates, *data.locale, prompt, rate);
+  CatalogueService catalogue(*data.catalogue, *data.locale, prompt);
+  RateEditDialog dialog(catalogue, rate);
   dialog.resize(dialog.sizeHint());
   dialog.show();
   QApplication::processEvents();
