@@ -212,8 +212,8 @@ class TimerCommandsTest : public QObject {
       editor->accept();
     });
     commands_->Complete(3);
-    QCOMPARE(window_->entry_model()->rowCount(), 1);
-    const TimeEntry& saved = window_->entry_model()->EntryAt(0);
+    QCOMPARE(window_->table_model()->EntryCount(), std::size_t{1});
+    const TimeEntry saved = window_->table_model()->EntryAtPosition(0);
     QVERIFY(saved.billable);
     QCOMPARE(ToQString(saved.currency), QString("EUR"));
     QCOMPARE(saved.duration, 50u);

@@ -1,6 +1,7 @@
 // `quillora` with no command becomes the window program: run the real
 // binaries and catch, on the single-copy socket, what a later start hands
 // over to the running window.
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
@@ -36,7 +37,11 @@ class WindowLaunchTest : public QObject {
  private slots:
   void NoCommandHandsOverToTheRunningWindow() {
     testing::TempDir runtime;
-    SingleInstance first(QString::fromStdString(runtime.File("quillora.sock")));
+    // The window's own folder in the runtime folder, as the window makes it.
+    QVERIFY(QDir().mkdir(QString::fromStdString(runtime.File("quillora"))));
+    QVERIFY(QFile::setPermissions(QString::fromStdString(runtime.File("quillora")),
+                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    SingleInstance first(QString::fromStdString(runtime.File("quillora/quillora.sock")));
     QVERIFY(first.Listen());
     QSignalSpy spy(&first, &SingleInstance::CommandLineReceived);
     const QString data = QString::fromStdString(runtime.File("data"));
