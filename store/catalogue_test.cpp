@@ -195,8 +195,8 @@ TEST_F(CatalogueTest, AddersFollowTheSingleAddsRules) {
   AddProject(catalogue_.projects, *locale_, other, u"App", u"Build");
 
   const std::vector<std::pair<std::u16string, std::u16string>> adds = {
-      {u"Ann", u""},   {u"ann", u"x"},  {u"", u"Design"}, {u"Bob", u"Build"},
-      {u"Bob", u""},   {u"Web", u""},   {u"Web", u"Design"}, {u"Web", u"Design"},
+      {u"Ann", u""},      {u"ann", u"x"}, {u"", u"Design"},    {u"Bob", u"Build"},
+      {u"Bob", u""},      {u"Web", u""},  {u"Web", u"Design"}, {u"Web", u"Design"},
       {u"App", u"Build"}, {u"ann", u"x"}, {u"Ann ", u""}};
   ItemAdder items(catalogue_.contacts, *locale_, bulk);
   ProjectAdder projects(catalogue_.projects, *locale_, bulk);
@@ -349,16 +349,6 @@ TEST_F(CatalogueTest, ASavedEntryGrowsTheCatalogueOnce) {
   EXPECT_EQ(Values(ValueListKind::kCustom1) + "|" + Values(ValueListKind::kCustom2) +
                 "|" + Values(ValueListKind::kCustom3),
             "c1 ||c3 ");
-}
-
-TEST_F(CatalogueTest, ABlankNameIsRefusedWithTheDialogsMessage) {
-  EXPECT_TRUE(CheckNameText(prompt_, u" x"));
-  EXPECT_TRUE(prompt_.shown.empty());
-  EXPECT_FALSE(CheckNameText(prompt_, u""));
-  ASSERT_EQ(prompt_.shown.size(), 1u);
-  EXPECT_EQ(prompt_.shown[0].title, u"Quillora");
-  EXPECT_EQ(prompt_.shown[0].text, u"Please enter some text. Blank is not allowed.");
-  EXPECT_FALSE(prompt_.shown[0].question);
 }
 
 }  // namespace
