@@ -10,51 +10,25 @@ namespace {
 
 using Result = CatalogueResult;
 
-int ExistsText(CatalogueKind kind) {
-  switch (kind) {
-    case CatalogueKind::kClient:
-      return kIdsClientExists;
-    case CatalogueKind::kProject:
-      return kIdsProjectExists;
-    case CatalogueKind::kProjectTask:
-      return kIdsProjectTaskExists;
-    case CatalogueKind::kTask:
-      return kIdsTaskExists;
-    case CatalogueKind::kContact:
-      break;
-  }
-  return kIdsContactExists;
-}
+// What each kind of item is called in its messages, and the field its
+// name is checked as.
+struct KindTexts {
+  int exists;
+  int missing;
+  int save_failed;
+  TextField field;
+};
 
-int MissingText(CatalogueKind kind) {
-  switch (kind) {
-    case CatalogueKind::kClient:
-      return kIdsNoClientNamed;
-    case CatalogueKind::kProject:
-      return kIdsNoProjectNamed;
-    case CatalogueKind::kProjectTask:
-      return kIdsNoProjectTaskNamed;
-    case CatalogueKind::kTask:
-      return kIdsNoTaskNamed;
-    case CatalogueKind::kContact:
-      break;
-  }
-  return kIdsNoContactNamed;
-}
-
-int SaveFailedText(CatalogueKind kind) {
-  switch (kind) {
-    case CatalogueKind::kClient:
-      return kIdsSaveClientFailed;
-    case CatalogueKind::kProject:
-      return kIdsSaveProjectFailed;
-    case CatalogueKind::kProjectTask:
-    case CatalogueKind::kTask:
-      return kIdsSaveTaskFailed;
-    case CatalogueKind::kContact:
-      break;
-  }
-  return kIdsSaveContactFailed;
+const KindTexts& TextsOf(CatalogueKind kind) {
+  // In the order of CatalogueKind.
+  static constexpr KindTexts kTexts[] = {
+      {kIdsClientExists, kIdsNoClientNamed, kIdsSaveClientFailed, TextField::kClient},
+      {kIdsProjectExists, kIdsNoProjectNamed, kIdsSaveProjectFailed, TextField::kProject},
+      {kIdsProjectTaskExists, kIdsNoProjectTaskNamed, kIdsSaveTaskFailed, TextField::kTask},
+      {kIdsTaskExists, kIdsNoTaskNamed, kIdsSaveTaskFailed, TextField::kTask},
+      {kIdsContactExists, kIdsNoContactNamed, kIdsSaveContactFailed, TextField::kContact},
+  };
+  return kTexts[static_cast<int>(kind)];
 }
 
 bool IsProjectKind(CatalogueKind kind) {
@@ -83,21 +57,6 @@ bool CatalogueService::CheckName(const std::u16string& text, TextField field) {
 }
 
 namespace {
-
-TextField FieldOf(CatalogueKind kind) {
-  switch (kind) {
-    case CatalogueKind::kClient:
-      return TextField::kClient;
-    case CatalogueKind::kProject:
-      return TextField::kProject;
-    case CatalogueKind::kProjectTask:
-    case CatalogueKind::kTask:
-      return TextField::kTask;
-    case CatalogueKind::kContact:
-      return TextField::kContact;
-  }
-  return TextField::kName;
-}
 
 TextField FieldOf(ValueListKind kind) {
   switch (kind) {
@@ -192,7 +151,7 @@ Result CatalogueService::Add(const CatalogueName& item, ClientId* number) {
       !CheckName(item.project, TextField::kProject)) {
     return Result::kRefused;
   }
-  if (!CheckName(item.name, FieldOf(item.kind))) return Result::kRefused;
+  if (!CheckName(item.name, TextsOf(item.kind).field)) return Result::kRefused;
   ObjectId written = 0;
   if (IsProjectKind(item.kind)) {
     // The triple decides, as for a saved entry: a project known only from
@@ -201,21 +160,21 @@ Result CatalogueService::Add(const CatalogueName& item, ClientId* number) {
     const std::u16string& name = project ? item.name : item.project;
     const std::u16string task = project ? u"" : item.name;
     if (IsDuplicate(catalogue_.projects, locale_, client->number, name, task)) {
-      return Refuse(ExistsText(item.kind));
+      return Refuse(TextsOf(item.kind).exists);
     }
     written = AddProject(catalogue_.projects, locale_, client->number, name, task);
   } else {
-    if (!RecordsOf(item, client->number).empty()) return Refuse(ExistsText(item.kind));
+    if (!RecordsOf(item, client->number).empty()) return Refuse(TextsOf(item.kind).exists);
     written = AddItem(StoreOf(item.kind), locale_, client->number, item.name);
   }
-  return written != 0 ? Result::kDone : Fail(SaveFailedText(item.kind));
+  return written != 0 ? Result::kDone : Fail(TextsOf(item.kind).save_failed);
 }
 
 Result CatalogueService::Rename(const CatalogueName& item, const std::u16string& to) {
   const std::optional<Client> client = TakeClient(item.client);
   if (!client) return Result::kRefused;
   if (item.kind == CatalogueKind::kClient) {
-    if (!CheckName(to, FieldOf(item.kind))) return Result::kRefused;
+    if (!CheckName(to, TextsOf(item.kind).field)) return Result::kRefused;
     Client other;
     if (FindClient(catalogue_.clients, to, &other) &&
         other.record_id != client->record_id) {
@@ -226,8 +185,8 @@ Result CatalogueService::Rename(const CatalogueName& item, const std::u16string&
                                                 : Fail(kIdsSaveClientFailed);
   }
   const std::vector<CatalogueItem> records = RecordsOf(item, client->number);
-  if (records.empty()) return Refuse(MissingText(item.kind), item.name);
-  if (!CheckName(to, FieldOf(item.kind))) return Result::kRefused;
+  if (records.empty()) return Refuse(TextsOf(item.kind).missing, item.name);
+  if (!CheckName(to, TextsOf(item.kind).field)) return Result::kRefused;
   if (to == item.name) return Result::kDone;
   bool written = true;
   switch (item.kind) {
@@ -248,7 +207,7 @@ Result CatalogueService::Rename(const CatalogueName& item, const std::u16string&
       }
       break;
   }
-  return written ? Result::kDone : Fail(SaveFailedText(item.kind));
+  return written ? Result::kDone : Fail(TextsOf(item.kind).save_failed);
 }
 
 Result CatalogueService::Delete(const CatalogueName& item) {
@@ -266,7 +225,7 @@ Result CatalogueService::Delete(const CatalogueName& item) {
     return Fail(kIdsDeleteClientFailed);
   }
   const std::vector<CatalogueItem> records = RecordsOf(item, client->number);
-  if (records.empty()) return Refuse(MissingText(item.kind), item.name);
+  if (records.empty()) return Refuse(TextsOf(item.kind).missing, item.name);
   if (item.kind == CatalogueKind::kProject) {
     switch (DeleteProjectAsked(catalogue_, prompt_, locale_, client->number, item.name)) {
       case DeleteOutcome::kDeleted:
@@ -283,7 +242,7 @@ Result CatalogueService::Delete(const CatalogueName& item) {
   for (const CatalogueItem& r : records) {
     deleted += DeleteItem(StoreOf(item.kind), r.record_id) ? 1 : 0;
   }
-  return deleted > 0 ? Result::kDone : Refuse(MissingText(item.kind), item.name);
+  return deleted > 0 ? Result::kDone : Refuse(TextsOf(item.kind).missing, item.name);
 }
 
 Result CatalogueService::DeleteList(CatalogueKind list, ClientId client) {
