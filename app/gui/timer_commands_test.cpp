@@ -9,11 +9,8 @@
 
 #include "app/gui/entry_commands.h"
 #include "app/gui/entry_editor_dialog.h"
-#include "app/gui/main_window.h"
 #include "app/gui/qt_text.h"
-#include "app/gui/window_commands.h"
-#include "tests/fake_prompt.h"
-#include "tests/temp_dir.h"
+#include "app/gui/window_test_fixture.h"
 
 namespace quillora {
 namespace {
@@ -22,11 +19,10 @@ class TimerCommandsTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<testing::TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  testing::FakePrompt prompt_;
+  testing::WindowFixture f_;
+  MainWindow* window_ = nullptr;
+  FixedClock* clock_ = nullptr;
+  testing::FakePrompt& prompt_ = f_.prompt();
   TimerCommands* commands_ = nullptr;
   int seconds_ = 0;  // the clock, in seconds after 9:00
 
@@ -49,16 +45,11 @@ class TimerCommandsTest : public QObject {
 
  private slots:
   void init() {
-    dir_ = std::make_unique<testing::TempDir>();
-    data_ = std::make_unique<DataContext>();
-    std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
-    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 18, 9, 0, 0));
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
+    clock_ = &f_.clock();
     seconds_ = 0;
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    window_->SetPrompt(&prompt_);
-    QVERIFY(window_->Open());
-    WireWindowCommands(window_.get());
+    QVERIFY(f_.OpenWindow());
+    window_ = &f_.window();
     commands_ = window_->findChild<TimerCommands*>("timerCommands");
     QVERIFY(commands_ != nullptr);
     commands_->hub().StopTicking();
@@ -66,11 +57,7 @@ class TimerCommandsTest : public QObject {
     prompt_ = testing::FakePrompt();
   }
 
-  void cleanup() {
-    window_.reset();
-    data_.reset();
-    dir_.reset();
-  }
+  void cleanup() { f_.Close(); }
 
   void TitleTooltipAndButtonFollowTheTimers() {
     const struct {
@@ -200,8 +187,8 @@ class TimerCommandsTest : public QObject {
   }
 
   void TimedEntryCarriesTheNewEntryDefaults() {
-    data_->settings.option_bits |= kOptionBillable;
-    data_->settings.default_currency = u"EUR";
+    f_.data().settings.option_bits |= kOptionBillable;
+    f_.data().settings.default_currency = u"EUR";
     commands_->Record(3);
     Pass(1800);
     OnModal([&](QWidget* widget) {
