@@ -1,7 +1,6 @@
 // The running timers kept in sight offscreen, with the window's clock set:
 // the title, the tray's tooltip and menu, the toolbar's record menu, the
-// question before quitting, the one before a timed entry is cancelled, and a
-// timed entry carrying the new-entry defaults.
+// question before quitting and the one before a timed entry is cancelled.
 #include "app/gui/timer_commands.h"
 
 #include <QApplication>
@@ -184,26 +183,6 @@ class TimerCommandsTest : public QObject {
     QCOMPARE(prompt_.shown[0].default_answer, Answer::kNo);
     QCOMPARE(timers().slot(1).state, kTimerIdle);
     QCOMPARE(window_->entry_model()->rowCount(), 0);
-  }
-
-  void TimedEntryCarriesTheNewEntryDefaults() {
-    f_.data().settings.option_bits |= kOptionBillable;
-    f_.data().settings.default_currency = u"EUR";
-    commands_->Record(3);
-    Pass(1800);
-    OnModal([&](QWidget* widget) {
-      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
-      QVERIFY(editor != nullptr);
-      editor->client_box()->setEditText("Acme");
-      editor->task_box()->setEditText("Design");
-      editor->accept();
-    });
-    commands_->Complete(3);
-    QCOMPARE(window_->table_model()->EntryCount(), std::size_t{1});
-    const TimeEntry saved = window_->table_model()->EntryAtPosition(0);
-    QVERIFY(saved.billable);
-    QCOMPARE(ToQString(saved.currency), QString("EUR"));
-    QCOMPARE(saved.duration, 50u);
   }
 };
 
