@@ -1,7 +1,6 @@
 // The running timers kept in sight offscreen, with the window's clock set:
 // the title, the tray's tooltip and menu, the toolbar's record menu, the
-// question before quitting, the one before a timed entry is cancelled, and a
-// timed entry carrying the new-entry defaults.
+// question before quitting and the one before a timed entry is cancelled.
 #include "app/gui/timer_commands.h"
 
 #include <QApplication>
@@ -9,11 +8,8 @@
 
 #include "app/gui/entry_commands.h"
 #include "app/gui/entry_editor_dialog.h"
-#include "app/gui/main_window.h"
 #include "app/gui/qt_text.h"
-#include "app/gui/window_commands.h"
-#include "tests/fake_prompt.h"
-#include "tests/temp_dir.h"
+#include "app/gui/window_test_fixture.h"
 
 namespace quillora {
 namespace {
@@ -22,11 +18,10 @@ class TimerCommandsTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<testing::TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  testing::FakePrompt prompt_;
+  testing::WindowFixture f_;
+  MainWindow* window_ = nullptr;
+  FixedClock* clock_ = nullptr;
+  testing::FakePrompt& prompt_ = f_.prompt();
   TimerCommands* commands_ = nullptr;
   int seconds_ = 0;  // the clock, in seconds after 9:00
 
@@ -49,16 +44,11 @@ class TimerCommandsTest : public QObject {
 
  private slots:
   void init() {
-    dir_ = std::make_unique<testing::TempDir>();
-    data_ = std::make_unique<DataContext>();
-    std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
-    clock_ = std::make_unique<FixedClock>(MakeSystemTime(2026, 11, 18, 9, 0, 0));
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
+    clock_ = &f_.clock();
     seconds_ = 0;
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    window_->SetPrompt(&prompt_);
-    QVERIFY(window_->Open());
-    WireWindowCommands(window_.get());
+    QVERIFY(f_.OpenWindow());
+    window_ = &f_.window();
     commands_ = window_->findChild<TimerCommands*>("timerCommands");
     QVERIFY(commands_ != nullptr);
     commands_->hub().StopTicking();
@@ -66,11 +56,7 @@ class TimerCommandsTest : public QObject {
     prompt_ = testing::FakePrompt();
   }
 
-  void cleanup() {
-    window_.reset();
-    data_.reset();
-    dir_.reset();
-  }
+  void cleanup() { f_.Close(); }
 
   void TitleTooltipAndButtonFollowTheTimers() {
     const struct {
@@ -197,26 +183,6 @@ class TimerCommandsTest : public QObject {
     QCOMPARE(prompt_.shown[0].default_answer, Answer::kNo);
     QCOMPARE(timers().slot(1).state, kTimerIdle);
     QCOMPARE(window_->entry_model()->rowCount(), 0);
-  }
-
-  void TimedEntryCarriesTheNewEntryDefaults() {
-    data_->settings.option_bits |= kOptionBillable;
-    data_->settings.default_currency = u"EUR";
-    commands_->Record(3);
-    Pass(1800);
-    OnModal([&](QWidget* widget) {
-      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
-      QVERIFY(editor != nullptr);
-      editor->client_box()->setEditText("Acme");
-      editor->task_box()->setEditText("Design");
-      editor->accept();
-    });
-    commands_->Complete(3);
-    QCOMPARE(window_->table_model()->EntryCount(), std::size_t{1});
-    const TimeEntry saved = window_->table_model()->EntryAtPosition(0);
-    QVERIFY(saved.billable);
-    QCOMPARE(ToQString(saved.currency), QString("EUR"));
-    QCOMPARE(saved.duration, 50u);
   }
 };
 
