@@ -182,7 +182,28 @@ class TimerCommandsTest : public QObject {
              QString("Discard the timed entry (1:12:10)?"));
     QCOMPARE(prompt_.shown[0].default_answer, Answer::kNo);
     QCOMPARE(timers().slot(1).state, kTimerIdle);
-    QCOMPARE(window_->entry_model()->rowCount(), 0);
+    QVERIFY(f_.Shown().empty());
+  }
+
+  // The editor opened by "Task Complete" starts from the new-entry defaults.
+  void TimedEntryCarriesTheNewEntryDefaults() {
+    f_.data().settings.option_bits |= kOptionBillable;
+    f_.data().settings.default_currency = u"EUR";
+    commands_->Record(3);
+    Pass(1800);
+    OnModal([&](QWidget* widget) {
+      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
+      QVERIFY(editor != nullptr);
+      editor->client_box()->setEditText("Acme");
+      editor->task_box()->setEditText("Design");
+      editor->accept();
+    });
+    commands_->Complete(3);
+    const std::vector<TimeEntry> shown = f_.Shown();
+    QCOMPARE(shown.size(), std::size_t{1});
+    QVERIFY(shown.front().billable);
+    QCOMPARE(ToQString(shown.front().currency), QString("EUR"));
+    QCOMPARE(shown.front().duration, 50u);
   }
 };
 
