@@ -1,5 +1,6 @@
 #include "interchange/catalogue_growth.h"
 
+#include <array>
 #include <utility>
 
 #include "interchange/list_files.h"
@@ -51,12 +52,7 @@ bool CatalogueGrowth::Grow(const TimeEntry& entry) {
   }
   if (!aux_open_) aux_open_ = aux_.Open();
   if (!aux_open_) return false;
-  const std::pair<ValueListKind, const std::u16string*> values[] = {
-      {ValueListKind::kPhase, &entry.phase},
-      {ValueListKind::kCurrency, &entry.currency},
-      {ValueListKind::kCustom1, &entry.custom1},
-      {ValueListKind::kCustom2, &entry.custom2},
-      {ValueListKind::kCustom3, &entry.custom3}};
+  const std::array<EntryValue, 5> values = EntryValues(entry);
   for (std::size_t i = 0; i < std::size(values); ++i) {
     const auto& [kind, text] = values[i];
     if (text->empty()) continue;

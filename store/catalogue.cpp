@@ -186,6 +186,14 @@ int DeleteByClient(RecordStore& store, ClientId client) {
   return DeleteRecords(store, ids);
 }
 
+std::array<EntryValue, 5> EntryValues(const TimeEntry& entry) {
+  return {{{ValueListKind::kPhase, &entry.phase},
+           {ValueListKind::kCurrency, &entry.currency},
+           {ValueListKind::kCustom1, &entry.custom1},
+           {ValueListKind::kCustom2, &entry.custom2},
+           {ValueListKind::kCustom3, &entry.custom3}}};
+}
+
 std::vector<ValueItem> ValueList(AuxStore& aux, ValueListKind kind) {
   std::vector<ValueItem> items;
   PropList props;
@@ -269,13 +277,7 @@ bool GrowCatalogue(Catalogue& catalogue, const Locale& locale, const TimeEntry& 
   }
   AuxStore aux(catalogue.volume);
   if (!aux.Open()) return false;
-  const std::pair<ValueListKind, const std::u16string*> values[] = {
-      {ValueListKind::kPhase, &entry.phase},
-      {ValueListKind::kCurrency, &entry.currency},
-      {ValueListKind::kCustom1, &entry.custom1},
-      {ValueListKind::kCustom2, &entry.custom2},
-      {ValueListKind::kCustom3, &entry.custom3}};
-  for (const auto& [kind, text] : values) AddValue(aux, locale, kind, *text);
+  for (const auto& [kind, text] : EntryValues(entry)) AddValue(aux, locale, kind, *text);
   return true;
 }
 

@@ -9,6 +9,7 @@
 #ifndef QUILLORA_STORE_CATALOGUE_H_
 #define QUILLORA_STORE_CATALOGUE_H_
 
+#include <array>
 #include <functional>
 #include <set>
 #include <string>
@@ -157,6 +158,13 @@ struct ValueItem {
   std::u16string text;
   friend bool operator==(const ValueItem&, const ValueItem&) = default;
 };
+
+// An entry's texts that belong in the value lists, each with its list.
+struct EntryValue {
+  ValueListKind kind;
+  const std::u16string* text;
+};
+std::array<EntryValue, 5> EntryValues(const TimeEntry& entry);
 
 // The items of one list, in store order.
 std::vector<ValueItem> ValueList(AuxStore& aux, ValueListKind kind);
