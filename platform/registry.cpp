@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <map>
 #include <vector>
 
 namespace quillora {
@@ -108,12 +109,17 @@ long SqliteError(sqlite3* db, const char* context, int rc, std::string* message)
   }
 }
 
+// A prepared statement borrowed from the registry's cache: settings are read
+// one value at a time, and preparing the same SQL for each value cost more
+// than the reads. Released by a reset, so the next borrower starts clean.
 class Statement {
  public:
-  Statement(sqlite3* db, const char* sql) {
-    rc_ = sqlite3_prepare_v2(db, sql, -1, &stmt_, nullptr);
+  Statement(sqlite3_stmt* stmt, int rc) : stmt_(stmt), rc_(rc) {}
+  ~Statement() {
+    if (stmt_ == nullptr) return;  // prepare failed
+    sqlite3_reset(stmt_);
+    sqlite3_clear_bindings(stmt_);
   }
-  ~Statement() { sqlite3_finalize(stmt_); }
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
@@ -171,7 +177,10 @@ std::string FoldName(std::u16string_view name) {
 class SqliteRegistry : public Registry {
  public:
   explicit SqliteRegistry(sqlite3* db) : db_(db) {}
-  ~SqliteRegistry() override { sqlite3_close_v2(db_); }
+  ~SqliteRegistry() override {
+    for (const auto& [sql, stmt] : statements_) sqlite3_finalize(stmt);
+    sqlite3_close_v2(db_);
+  }
 
   // Checks the file and readies it; false (with *error) when it cannot serve.
   bool Initialise(bool on_disk, const std::string& label, std::string* error);
@@ -195,8 +204,18 @@ class SqliteRegistry : public Registry {
     return SqliteError(db_, context, rc, &last_error_);
   }
   int Exec(const char* sql) { return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr); }
+  // `sql` is a literal: the cache is keyed by its address.
+  Statement Prepare(const char* sql) {
+    sqlite3_stmt*& stmt = statements_[sql];
+    int rc = SQLITE_OK;
+    if (stmt == nullptr) {
+      rc = sqlite3_prepare_v3(db_, sql, -1, SQLITE_PREPARE_PERSISTENT, &stmt, nullptr);
+    }
+    return Statement(stmt, rc);
+  }
 
   sqlite3* db_;
+  std::map<const char*, sqlite3_stmt*> statements_;
   std::string last_error_;
 };
 
@@ -209,7 +228,7 @@ bool SqliteRegistry::Initialise(bool on_disk, const std::string& label,
     return false;
   };
   auto pragma_int = [&](const char* sql, std::int64_t* value) {
-    Statement st(db_, sql);
+    Statement st = Prepare(sql);
     if (st.Step()) *value = sqlite3_column_int64(st.get(), 0);
     return st.rc() == SQLITE_OK;
   };
@@ -228,7 +247,7 @@ bool SqliteRegistry::Initialise(bool on_disk, const std::string& label,
     return refuse("it was written by a newer version of Quillora");
   }
   if (objects > 0) {
-    Statement check(db_, "PRAGMA quick_check");
+    Statement check = Prepare("PRAGMA quick_check");
     bool row = check.Step();
     if (check.rc() != SQLITE_OK) return refuse(sqlite3_errmsg(db_));
     const unsigned char* text = row ? sqlite3_column_text(check.get(), 0) : nullptr;
@@ -237,7 +256,7 @@ bool SqliteRegistry::Initialise(bool on_disk, const std::string& label,
     }
   }
   if (on_disk) {
-    Statement wal(db_, "PRAGMA journal_mode=WAL");
+    Statement wal = Prepare("PRAGMA journal_mode=WAL");
     bool row = wal.Step();
     const unsigned char* mode = row ? sqlite3_column_text(wal.get(), 0) : nullptr;
     if (wal.rc() != SQLITE_OK || mode == nullptr ||
@@ -286,7 +305,7 @@ long SqliteRegistry::ResolveKey(RegistryHive hive, std::u16string_view path, boo
   long result = kErrorSuccess;
   for (std::u16string_view part : parts) {
     std::string folded = FoldName(part);
-    Statement find(db_, "SELECT id FROM reg_key WHERE parent = ?1 AND folded = ?2");
+    Statement find = Prepare("SELECT id FROM reg_key WHERE parent = ?1 AND folded = ?2");
     find.Bind(1, id);
     find.BindBlob(2, folded.data(), folded.size());
     if (find.Step()) {
@@ -301,7 +320,8 @@ long SqliteRegistry::ResolveKey(RegistryHive hive, std::u16string_view path, boo
       result = kErrorFileNotFound;
       break;
     }
-    Statement add(db_, "INSERT INTO reg_key(parent, name, folded) VALUES(?1, ?2, ?3)");
+    Statement add =
+        Prepare("INSERT INTO reg_key(parent, name, folded) VALUES(?1, ?2, ?3)");
     add.Bind(1, id);
     add.Bind(2, part);
     add.BindBlob(3, folded.data(), folded.size());
@@ -329,7 +349,8 @@ long SqliteRegistry::QueryValue(const RegistryKey& key, std::u16string_view name
   if (long rc = KeyId(key, &id); rc != kErrorSuccess) return rc;
   if (data != nullptr && size == nullptr) return kErrorInvalidParameter;
   std::string folded = FoldName(name);
-  Statement st(db_, "SELECT type, data FROM reg_value WHERE key_id = ?1 AND folded = ?2");
+  Statement st =
+      Prepare("SELECT type, data FROM reg_value WHERE key_id = ?1 AND folded = ?2");
   st.Bind(1, id);
   st.BindBlob(2, folded.data(), folded.size());
   if (!st.Step()) {
@@ -357,10 +378,10 @@ long SqliteRegistry::SetValue(const RegistryKey& key, std::u16string_view name,
   if (data == nullptr && size > 0) return kErrorInvalidParameter;
   std::string folded = FoldName(name);
   // A value keeps the spelling of its first writing, as on the device.
-  Statement st(db_,
-               "INSERT INTO reg_value(key_id, name, folded, type, data) "
-               "VALUES(?1, ?2, ?3, ?4, ?5) ON CONFLICT(key_id, folded) "
-               "DO UPDATE SET type = excluded.type, data = excluded.data");
+  Statement st = Prepare(
+      "INSERT INTO reg_value(key_id, name, folded, type, data) "
+      "VALUES(?1, ?2, ?3, ?4, ?5) ON CONFLICT(key_id, folded) "
+      "DO UPDATE SET type = excluded.type, data = excluded.data");
   st.Bind(1, id);
   st.Bind(2, name);
   st.BindBlob(3, folded.data(), folded.size());
@@ -374,7 +395,7 @@ long SqliteRegistry::DeleteValue(const RegistryKey& key, std::u16string_view nam
   std::int64_t id = 0;
   if (long rc = KeyId(key, &id); rc != kErrorSuccess) return rc;
   std::string folded = FoldName(name);
-  Statement st(db_, "DELETE FROM reg_value WHERE key_id = ?1 AND folded = ?2");
+  Statement st = Prepare("DELETE FROM reg_value WHERE key_id = ?1 AND folded = ?2");
   st.Bind(1, id);
   st.BindBlob(2, folded.data(), folded.size());
   st.Step();
