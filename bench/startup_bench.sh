@@ -10,8 +10,8 @@
 # BUILD_DIR needs quillora and bench/quillora_make_store (-DQUILLORA_BENCH=ON).
 # STARTUP_BASELINE=/path/to/another/quillora also measures that binary's
 # --version and show, for a before-and-after. A C++ program that prints a line
-# and links what quillora links (SQLite and ICU) shows the floor that those
-# libraries set. Prints a Markdown table of whole-process times: wall-clock
+# and links the shared SQLite and ICU shows what linking them the usual way
+# costs. Prints a Markdown table of whole-process times: wall-clock
 # median, mean CPU (user + system) and both as ratios to the C program's. On
 # a busy machine the wall time mostly measures waiting for a core; the CPU
 # time is the steadier figure.
