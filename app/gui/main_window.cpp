@@ -473,6 +473,7 @@ bool MainWindow::Open() {
   filter_.Reset();
   LoadFilter(*data_.registry, &filter_);
   external_counter_ = data_.volume->ExternalChangeCounter();
+  LoadSettings(*data_.registry, &stored_settings_);
   external_poll_.start();
   ShowPeriod(MakePeriod(PeriodKindFromView(data_.settings.view), clock_.LocalNow(),
                         data_.settings));
@@ -532,6 +533,13 @@ void MainWindow::PollExternalChanges() {
     changed = true;
   }
   if (changed) Reload();
+  // So are settings, but only a change since the last look: what this
+  // window holds is never replaced by what it already saw or saved itself.
+  Settings stored;
+  if (LoadSettings(*data_.registry, &stored) && !(stored == stored_settings_)) {
+    stored_settings_ = stored;
+    if (!(stored == data_.settings)) emit SettingsChangedElsewhere(stored);
+  }
 }
 
 void MainWindow::Reload() {

@@ -159,6 +159,9 @@ class MainWindow : public QMainWindow {
   void EntryActivated();
   // A single click on an entry.
   void EntryClicked();
+  // Another process (`quillora settings set ...`) saved settings that differ
+  // from this window's.
+  void SettingsChangedElsewhere(const Settings& settings);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -204,6 +207,7 @@ class MainWindow : public QMainWindow {
   QActionGroup* view_group_ = nullptr;
   QTimer external_poll_;
   std::uint64_t external_counter_ = 0;
+  Settings stored_settings_;  // as the registry held them at the last look
   bool reload_pending_ = false;
 };
 

@@ -6,6 +6,7 @@
 
 #include "app/gui/single_instance.h"
 #include "app/gui/window_test_fixture.h"
+#include "platform/data_folder.h"
 
 namespace quillora {
 namespace {
@@ -166,6 +167,15 @@ class MainWindowTest : public QObject {
     QVERIFY(AddEntry(store, e));
     window_->PollExternalChanges();
     QCOMPARE(window_->entry_model()->rowCount(), 3);
+    // `quillora settings set ListStyle 1` while the window is open.
+    auto registry = OpenSqliteRegistry(f_.File("data") + "/" + kRegistryFileName, &error);
+    Settings settings;
+    QVERIFY(registry && LoadSettings(*registry, &settings));
+    settings.list_style = kListStyleCompact;
+    QVERIFY(SaveSettings(*registry, settings));
+    window_->PollExternalChanges();
+    QCOMPARE(f_.data().settings.list_style, kListStyleCompact);
+    QVERIFY(window_->actions().compact_list->isChecked());
   }
 
   void DeletingAsksFirst() {

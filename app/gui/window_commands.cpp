@@ -90,6 +90,10 @@ EntryCommands* WireWindowCommands(MainWindow* w) {
   QObject::connect(w, &MainWindow::EntryClicked, entry, [w, entry] {
     if (w->data().settings.option_bits & kOptionItemTap) entry->EditSelected();
   });
+  QObject::connect(w, &MainWindow::SettingsChangedElsewhere, w, [w](const Settings& s) {
+    ApplyOptions(w, s);
+    w->SetListStyle(s.list_style);
+  });
   return entry;
 }
 
