@@ -24,7 +24,8 @@ const KindTexts& TextsOf(CatalogueKind kind) {
   static constexpr KindTexts kTexts[] = {
       {kIdsClientExists, kIdsNoClientNamed, kIdsSaveClientFailed, TextField::kClient},
       {kIdsProjectExists, kIdsNoProjectNamed, kIdsSaveProjectFailed, TextField::kProject},
-      {kIdsProjectTaskExists, kIdsNoProjectTaskNamed, kIdsSaveTaskFailed, TextField::kTask},
+      {kIdsProjectTaskExists, kIdsNoProjectTaskNamed, kIdsSaveTaskFailed,
+       TextField::kTask},
       {kIdsTaskExists, kIdsNoTaskNamed, kIdsSaveTaskFailed, TextField::kTask},
       {kIdsContactExists, kIdsNoContactNamed, kIdsSaveContactFailed, TextField::kContact},
   };
@@ -45,6 +46,18 @@ Result CatalogueService::Refuse(int id, const std::u16string& name) {
 Result CatalogueService::Fail(int id) {
   prompt_.ShowMessage(kAppTitle, LoadString(id), MessageIcon::kError);
   return Result::kFailed;
+}
+
+Result CatalogueService::Outcome(DeleteOutcome outcome, int failed) {
+  switch (outcome) {
+    case DeleteOutcome::kDeleted:
+      return Result::kDone;
+    case DeleteOutcome::kDeclined:
+      return Result::kDeclined;
+    case DeleteOutcome::kFailed:
+      break;
+  }
+  return Fail(failed);
 }
 
 bool CatalogueService::Ask(int question) {
@@ -164,7 +177,8 @@ Result CatalogueService::Add(const CatalogueName& item, ClientId* number) {
     }
     written = AddProject(catalogue_.projects, locale_, client->number, name, task);
   } else {
-    if (!RecordsOf(item, client->number).empty()) return Refuse(TextsOf(item.kind).exists);
+    if (!RecordsOf(item, client->number).empty())
+      return Refuse(TextsOf(item.kind).exists);
     written = AddItem(StoreOf(item.kind), locale_, client->number, item.name);
   }
   return written != 0 ? Result::kDone : Fail(TextsOf(item.kind).save_failed);
@@ -214,28 +228,15 @@ Result CatalogueService::Delete(const CatalogueName& item) {
   const std::optional<Client> client = TakeClient(item.client);
   if (!client) return Result::kRefused;
   if (item.kind == CatalogueKind::kClient) {
-    switch (DeleteClient(catalogue_, prompt_, client->record_id)) {
-      case DeleteOutcome::kDeleted:
-        return Result::kDone;
-      case DeleteOutcome::kDeclined:
-        return Result::kDeclined;
-      case DeleteOutcome::kFailed:
-        break;
-    }
-    return Fail(kIdsDeleteClientFailed);
+    return Outcome(DeleteClient(catalogue_, prompt_, client->record_id),
+                   kIdsDeleteClientFailed);
   }
   const std::vector<CatalogueItem> records = RecordsOf(item, client->number);
   if (records.empty()) return Refuse(TextsOf(item.kind).missing, item.name);
   if (item.kind == CatalogueKind::kProject) {
-    switch (DeleteProjectAsked(catalogue_, prompt_, locale_, client->number, item.name)) {
-      case DeleteOutcome::kDeleted:
-        return Result::kDone;
-      case DeleteOutcome::kDeclined:
-        return Result::kDeclined;
-      case DeleteOutcome::kFailed:
-        break;
-    }
-    return Fail(kIdsDeleteProjectFailed);
+    return Outcome(
+        DeleteProjectAsked(catalogue_, prompt_, locale_, client->number, item.name),
+        kIdsDeleteProjectFailed);
   }
   // A project's task, a task or a contact goes at once, without a question.
   int deleted = 0;

@@ -117,6 +117,8 @@ class CatalogueService {
  private:
   CatalogueResult Refuse(int id, const std::u16string& name = {});
   CatalogueResult Fail(int id);
+  // A deletion's outcome; a failure shows the text `failed`.
+  CatalogueResult Outcome(DeleteOutcome outcome, int failed);
   bool Ask(int question);
   bool CheckName(const std::u16string& text, TextField field);
   bool CheckDescription(const std::u16string& text);

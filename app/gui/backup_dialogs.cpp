@@ -59,7 +59,15 @@ BackupOutcome BackupFromWindow(MainWindow* window) {
   return outcome;
 }
 
-int RestoreFromWindow(MainWindow* window, const std::optional<std::string>& handed) {
+namespace {
+
+using RestoreRun = int (*)(EntryStore&, Catalogue&, const Locale&, UserPrompt&,
+                           FileSystem&, BackupCounts*);
+
+// Runs a restore on the handed file, or on the one the user chooses, and
+// says what it added. An archive adds entries only.
+int RestoreWith(MainWindow* window, const std::optional<std::string>& handed,
+                RestoreRun run, bool with_clients) {
   Catalogue* catalogue = CatalogueOf(window);
   if (catalogue == nullptr) return kRestoreFailed;
   int result;
@@ -70,38 +78,26 @@ int RestoreFromWindow(MainWindow* window, const std::optional<std::string>& hand
     WaitingPrompt chooser_prompt(files);
     UserPrompt& prompt =
         handed ? static_cast<UserPrompt&>(handed_prompt) : chooser_prompt;
-    result = RestoreCommand(window->entries(), *catalogue, *window->data().locale, prompt,
-                            FileSystem::Posix(), &added);
+    result = run(window->entries(), *catalogue, *window->data().locale, prompt,
+                 FileSystem::Posix(), &added);
   }
   if (result != kRestoreCancelled) window->Reload();
   if (result == kRestoreOk) {
     ShowRestored(window, added, handed ? QString::fromStdString(*handed) : files.chosen(),
-                 true);
+                 with_clients);
   }
   return result;
 }
 
+}  // namespace
+
+int RestoreFromWindow(MainWindow* window, const std::optional<std::string>& handed) {
+  return RestoreWith(window, handed, RestoreCommand, true);
+}
+
 int ArchiveRestoreFromWindow(MainWindow* window,
                              const std::optional<std::string>& handed) {
-  Catalogue* catalogue = CatalogueOf(window);
-  if (catalogue == nullptr) return kRestoreFailed;
-  int result;
-  BackupCounts added;
-  FileCommandPrompt files(window->prompt(), window->data().registry.get());
-  {
-    HandedFilePrompt handed_prompt(files, handed.value_or(std::string()));
-    WaitingPrompt chooser_prompt(files);
-    UserPrompt& prompt =
-        handed ? static_cast<UserPrompt&>(handed_prompt) : chooser_prompt;
-    result = ArchiveRestoreCommand(window->entries(), *catalogue, *window->data().locale,
-                                   prompt, FileSystem::Posix(), &added);
-  }
-  window->Reload();
-  if (result == kRestoreOk) {
-    ShowRestored(window, added, handed ? QString::fromStdString(*handed) : files.chosen(),
-                 false);
-  }
-  return result;
+  return RestoreWith(window, handed, ArchiveRestoreCommand, false);
 }
 
 bool ArchiveRequestOf(const CriteriaDialog& dialog, UserPrompt& prompt,

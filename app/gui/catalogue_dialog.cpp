@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "app/gui/contacts_import_dialog.h"
+#include "app/gui/dialog_support.h"
 #include "app/gui/file_command_prompt.h"
 #include "app/gui/gui_prompt.h"
 #include "app/gui/import_dialog.h"
@@ -88,22 +89,11 @@ CatalogueName NameOf(const QTreeWidgetItem* item) {
 
 // The file chooser of the list export with its choice of format: the
 // window's own file dialog tells which filter was taken.
-class ListExportPrompt : public UserPrompt {
+class ListExportPrompt : public ForwardingPrompt {
  public:
   ListExportPrompt(UserPrompt& inner, QWidget* parent, ListFileFormat* format)
-      : inner_(inner), parent_(parent), format_(format) {}
+      : ForwardingPrompt(inner), parent_(parent), format_(format) {}
 
-  void ShowMessage(const std::u16string& title, const std::u16string& text,
-                   MessageIcon icon) override {
-    inner_.ShowMessage(title, text, icon);
-  }
-  Answer Ask(const std::u16string& title, const std::u16string& text, MessageIcon icon,
-             QuestionButtons buttons, Answer default_answer) override {
-    return inner_.Ask(title, text, icon, buttons, default_answer);
-  }
-  std::optional<std::string> ChooseFileToOpen(const FileChooser& chooser) override {
-    return inner_.ChooseFileToOpen(chooser);
-  }
   // Once a file was chosen, the export's own question gets it again.
   void Preset(std::string path) { preset_ = std::move(path); }
   std::optional<std::string> ChooseFileToSave(const FileChooser& chooser) override {
@@ -129,16 +119,8 @@ class ListExportPrompt : public UserPrompt {
                    : ListFileFormat::kAnsi;
     return path;
   }
-  void BeginProgress(const std::u16string& title, int total) override {
-    inner_.BeginProgress(title, total);
-  }
-  void StepProgress(int position, const std::u16string& text) override {
-    inner_.StepProgress(position, text);
-  }
-  void EndProgress() override { inner_.EndProgress(); }
 
  private:
-  UserPrompt& inner_;
   QWidget* parent_;
   ListFileFormat* format_;
   std::optional<std::string> preset_;
@@ -241,7 +223,8 @@ void CatalogueDialog::Rebuild() {
     client->setData(0, kKindRole, static_cast<int>(Kind::kClient));
     client->setData(0, kClientRole, c.number);
     client->setData(0, kRecordRole, c.record_id);
-    QTreeWidgetItem* projects = NewItem(client, groups[0], Kind::kProjectsGroup, c.number);
+    QTreeWidgetItem* projects =
+        NewItem(client, groups[0], Kind::kProjectsGroup, c.number);
     for (const Project& p : service_.Projects(c.number)) {
       QTreeWidgetItem* project =
           NewItem(projects, p.name, Kind::kProject, c.number, 0, p.name);
@@ -253,7 +236,8 @@ void CatalogueDialog::Rebuild() {
     for (const CatalogueItem& t : service_.Items(CatalogueKind::kTask, c.number)) {
       NewItem(tasks, t.name, Kind::kTask, c.number, t.record_id);
     }
-    QTreeWidgetItem* contacts = NewItem(client, groups[2], Kind::kContactsGroup, c.number);
+    QTreeWidgetItem* contacts =
+        NewItem(client, groups[2], Kind::kContactsGroup, c.number);
     for (const CatalogueItem& t : service_.Items(CatalogueKind::kContact, c.number)) {
       NewItem(contacts, t.name, Kind::kContact, c.number, t.record_id);
     }
@@ -428,8 +412,8 @@ void CatalogueDialog::MoveItems() {
   }
   Rebuild();
   // Follow the moved items to their new client.
-  const QString group = ToQString(LoadString(moved_projects.empty() ? kIdsTasksGroup
-                                                                    : kIdsProjectsGroup));
+  const QString group =
+      ToQString(LoadString(moved_projects.empty() ? kIdsTasksGroup : kIdsProjectsGroup));
   Select({to_name, group});
 }
 
@@ -454,7 +438,8 @@ void CatalogueDialog::ImportContacts(ClientId client) {
   if (contacts_source_) {
     source = contacts_source_();
   } else {
-    auto device = std::make_unique<DeviceContactsSource>(*data_.volume, data_.registry.get());
+    auto device =
+        std::make_unique<DeviceContactsSource>(*data_.volume, data_.registry.get());
     if (device->FindDatabase() != 0) {
       source = std::move(device);
     } else {
