@@ -80,19 +80,8 @@ TEST_F(ExportCliTest, CsvOfARangeWithTheSavedFilter) {
   EXPECT_EQ(ReadFileBytes(out), kHeader + acme);
 }
 
-TEST_F(ExportCliTest, AnExistingFileIsReplacedOnlyAfterTheQuestion) {
-  const std::string out = File("old.csv");
-  testing::WriteFileBytes(out, "keep me");
-  auto r = Run({"export", "csv", "--day", "2026-11-21", out});
-  EXPECT_EQ(r.status, 1);
-  EXPECT_NE(r.err.find("already exists"), std::string::npos) << r.err;
-  EXPECT_EQ(ReadFileBytes(out), "keep me");
-
-  r = Run({"--yes", "export", "csv", "--day", "2026-11-21", out});
-  EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(ReadFileBytes(out), std::string(kHeader) + kPaidLine);
-}
-
+// The question before replacing a file: backup_cli_test.cpp, and the export
+// asks for it in interchange/export_command_test.cpp.
 TEST_F(ExportCliTest, AFileThatCannotBeWrittenGivesTheMessage) {
   const auto r = Run({"export", "xml", "--day", "2026-11-21", File("missing/x.xml")});
   EXPECT_EQ(r.status, 1);

@@ -58,27 +58,19 @@ const std::vector<std::vector<std::string>> kWriters = {
     {"archive", "--data", "--month", "--delete"},
 };
 
+// Each writer asks the prompt for its file, and the prompt refuses the data
+// folder's own files (which paths lead to them: platform/data_folder_test.cpp).
 TEST_F(GuardsCliTest, NoWriterWritesOverTheDataFolderOwnFiles) {
-  // A hard link and a symbolic link to the volume count as the volume; a
-  // -journal that does not exist yet as the data folder's file too.
-  ASSERT_EQ(link((data_ + "/quillora.db").c_str(), dir_.File("hard.db").c_str()), 0);
-  ASSERT_EQ(symlink((data_ + "/registry.db").c_str(), dir_.File("soft.db").c_str()), 0);
-  const std::string targets[] = {
-      data_ + "/quillora.db",         data_ + "/registry.db", data_ + "/quillora.db-wal",
-      data_ + "/registry.db-journal", dir_.File("hard.db"),   dir_.File("soft.db")};
-  for (const auto& writer : kWriters) {
-    for (const std::string& target : targets) {
-      std::vector<std::string> args = {"--yes"};
-      args.insert(args.end(), writer.begin(), writer.end());
-      args.push_back(target);
-      const auto r = Run(args);
-      SCOPED_TRACE(writer[0] + " " + target);
-      EXPECT_EQ(r.status, 1);
-      EXPECT_NE(r.err.find("Quillora: " + target +
-                           " is one of Quillora's own data files; choose another file."),
-                std::string::npos)
-          << r.err;
-    }
+  const std::string target = data_ + "/quillora.db";
+  for (std::vector<std::string> args : kWriters) {
+    args.insert(args.begin(), "--yes");
+    args.push_back(target);
+    const auto r = Run(args);
+    EXPECT_EQ(r.status, 1) << args[1];
+    EXPECT_NE(r.err.find("Quillora: " + target +
+                         " is one of Quillora's own data files; choose another file."),
+              std::string::npos)
+        << r.err;
   }
   ExpectStoreWhole();
 }

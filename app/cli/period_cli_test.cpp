@@ -98,23 +98,11 @@ constexpr char kWeekSummary[] =
 // The bytes of the CSV file are pinned in interchange/summary_csv_test.cpp.
 constexpr char kWeekCsvStart[] = "\"Period Type:\",\"Week\",\"\"\r\n";
 
-TEST_F(PeriodCliTest, SummaryPrintsTheRowsAndWritesTheCsvAfterTheQuestion) {
+TEST_F(PeriodCliTest, SummaryPrintsTheRowsAndWritesTheCsv) {
   const std::string csv = dir_.File("week.csv");
   auto r = Run({"summary", "--csv", csv});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.out, kWeekSummary);
-  EXPECT_EQ(testing::ReadFileBytes(csv).rfind(kWeekCsvStart, 0), 0u);
-
-  // An existing file stays unless the question is answered yes.
-  testing::WriteFileBytes(csv, "keep");
-  r = Run({"summary", "--week", "2026-11-18", "--csv", csv});
-  EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.out, kWeekSummary);
-  EXPECT_EQ(r.err,
-            "Quillora: " + csv + " already exists. Do you want to replace it? [y/n] n\n");
-  EXPECT_EQ(testing::ReadFileBytes(csv), "keep");
-  r = Run({"--yes", "summary", "--csv", csv});
-  EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(testing::ReadFileBytes(csv).rfind(kWeekCsvStart, 0), 0u);
 
   r = Run({"summary", "--csv", dir_.File("no/such/folder.csv")});
