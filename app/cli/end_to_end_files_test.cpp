@@ -13,7 +13,6 @@ namespace quillora {
 namespace {
 
 using testing::ReadFileBytes;
-using testing::RunQuillora;
 using testing::RunResult;
 using Args = std::vector<std::string>;
 
@@ -90,7 +89,7 @@ constexpr char kXmlItems[] =
     "</ITEM>\r\n"
     "</ITEMS>\r\n";
 
-class EndToEndFilesTest : public ::testing::Test {
+class EndToEndFilesTest : public testing::CliFixture {
  protected:
   EndToEndFilesTest() {
     // Markup characters, quotes, a non-ASCII letter (given as UTF-8 on the
@@ -124,20 +123,14 @@ class EndToEndFilesTest : public ::testing::Test {
     }
   }
 
-  std::string Data() const { return dir_.File("data"); }
-  RunResult Run(const Args& args) { return RunQuillora(Data(), args); }
   // Runs a command that must succeed silently and answers the file it wrote.
   std::string Written(const Args& args, const std::string& file) {
     const RunResult r = Run(args);
-    std::string line;
-    for (const auto& a : args) line += a + " ";
-    EXPECT_EQ(r.status, 0) << line << r.err;
-    EXPECT_EQ(r.out + r.err, "") << line;
+    EXPECT_EQ(r.status, 0) << testing::CommandLine(args) << r.err;
+    EXPECT_EQ(r.out + r.err, "") << testing::CommandLine(args);
     return ReadFileBytes(file);
   }
   static Args Range() { return {"--from", "2026-11-15", "--to", "2026-11-21"}; }
-
-  testing::TempDir dir_;
 };
 
 // The other encodings are pinned in interchange/xml_export_test.cpp.

@@ -13,7 +13,6 @@ namespace quillora {
 namespace {
 
 using testing::ReadFileBytes;
-using testing::RunQuillora;
 
 constexpr char kHeader[] =
     "\"Date\",\"Client\",\"Project\",\"Phase\",\"Task\",\"Start\",\"Duration(h)\","
@@ -31,7 +30,7 @@ constexpr char kFailed[] =
     "Quillora: Export failed. Please make sure there is enough storage space and try "
     "agin.\n";
 
-class ExportCliTest : public ::testing::Test {
+class ExportCliTest : public testing::CliFixture {
  protected:
   ExportCliTest() {
     TimeEntry acme =
@@ -53,14 +52,6 @@ class ExportCliTest : public ::testing::Test {
         Data(),
         {testing::EntryAt("2026-11-20T00:00:00", u"At midnight", u""), acme, paid});
   }
-
-  std::string Data() const { return dir_.File("data"); }
-  std::string File(const std::string& name) const { return dir_.File(name); }
-  testing::RunResult Run(const std::vector<std::string>& args) {
-    return RunQuillora(Data(), args);
-  }
-
-  testing::TempDir dir_;
 };
 
 TEST_F(ExportCliTest, CsvOfARangeWithTheSavedFilter) {
@@ -91,14 +82,13 @@ TEST_F(ExportCliTest, AFileThatCannotBeWrittenGivesTheMessage) {
 
 TEST_F(ExportCliTest, WrongUsageWritesNothing) {
   const std::string out = File("never.csv");
-  for (const std::vector<std::string>& bad : std::vector<std::vector<std::string>>{
-           {"export"},
-           {"export", "pdf", out},
-           {"export", "csv"},
-           {"export", "csv", out, out},
-           {"export", "csv", "--day", "--week", out},
-           {"export", "csv", "--bogus", out},
-       }) {
+  for (const std::vector<std::string>& bad :
+       std::vector<std::vector<std::string>>{{"export"},
+                                             {"export", "pdf", out},
+                                             {"export", "csv"},
+                                             {"export", "csv", out, out},
+                                             {"export", "csv", "--day", "--week", out},
+                                             {"export", "csv", "--bogus", out}}) {
     const auto r = Run(bad);
     EXPECT_EQ(r.status, 2) << bad.size() << " " << bad.back();
     EXPECT_NE(r.err.find("Try 'quillora --help'"), std::string::npos) << r.err;

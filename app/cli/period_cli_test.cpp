@@ -9,9 +9,7 @@
 namespace quillora {
 namespace {
 
-using testing::RunQuillora;
-
-class PeriodCliTest : public ::testing::Test {
+class PeriodCliTest : public testing::CliFixture {
  protected:
   void SetUp() override {
     // "Now" is Saturday 2026-11-21; weeks start on Sunday, so the week shown
@@ -42,12 +40,6 @@ class PeriodCliTest : public ::testing::Test {
     code_ = std::to_string(ids[4]);
   }
 
-  std::string Data() const { return dir_.File("data"); }
-  testing::RunResult Run(const std::vector<std::string>& args) {
-    return RunQuillora(Data(), args);
-  }
-
-  testing::TempDir dir_;
   std::string first_, after_, admin_, code_;
 };
 

@@ -9,15 +9,8 @@
 namespace quillora {
 namespace {
 
-using testing::RunQuillora;
-
-class ReportCliTest : public ::testing::Test {
+class ReportCliTest : public testing::CliFixture {
  protected:
-  std::string Data() const { return dir_.File("data"); }
-  testing::RunResult Run(const std::vector<std::string>& args) {
-    return RunQuillora(Data(), args);
-  }
-
   // Stores a billable entry of November 2026 directly, as the window would have.
   void AddEntryAt(int day, const std::u16string& client, std::uint32_t duration,
                   std::uint32_t rate) {
@@ -28,8 +21,6 @@ class ReportCliTest : public ::testing::Test {
     e.billable = true;
     testing::SeedEntry(Data(), e);
   }
-
-  testing::TempDir dir_;
 };
 
 TEST_F(ReportCliTest, SaveShowsTheBlockAndAsksBeforeOverwriting) {
@@ -72,7 +63,7 @@ TEST_F(ReportCliTest, SaveShowsTheBlockAndAsksBeforeOverwriting) {
       "Quillora: The report already exists. Do you want to overwrite it? [y/n] n\n");
   EXPECT_NE(Run({"report-def", "show", "Hours"}).out.find("Title: Hours\n"),
             std::string::npos);
-  r = RunQuillora(Data(), {"--yes", "report-def", "save", "Hours", "--title", "Changed"});
+  r = Run({"--yes", "report-def", "save", "Hours", "--title", "Changed"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_NE(Run({"report-def", "show", "Hours"}).out.find("Title: Changed\n"),
             std::string::npos);
@@ -149,7 +140,7 @@ TEST_F(ReportCliTest, ReportWritesTheFileAndAsksBeforeReplacingIt) {
   EXPECT_NE(r.err.find("already exists"), std::string::npos);
   EXPECT_EQ(testing::ReadFileBytes(out), before);
   ASSERT_EQ(Run({"filter", "reset"}).status, 0);
-  r = RunQuillora(Data(), {"--yes", "report", "Weekly", "--week", "2026-11-16", out});
+  r = Run({"--yes", "report", "Weekly", "--week", "2026-11-16", out});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_NE(testing::ReadFileBytes(out).find("align=\"right\">2.75h</td>"),
             std::string::npos)
@@ -173,7 +164,7 @@ TEST_F(ReportCliTest, ReportWritesTheFileAndAsksBeforeReplacingIt) {
 
 TEST_F(ReportCliTest, RenameAndDeleteCarryTheDefaultReport) {
   for (const char* name : {"A", "B"}) {
-    ASSERT_EQ(RunQuillora(Data(), {"--yes", "report-def", "save", name}).status, 0);
+    ASSERT_EQ(Run({"--yes", "report-def", "save", name}).status, 0);
   }
   EXPECT_EQ(Run({"report-def", "list"}).out, "A\nB\n");
   ASSERT_EQ(Run({"report-def", "default", "A"}).status, 0);
@@ -186,13 +177,13 @@ TEST_F(ReportCliTest, RenameAndDeleteCarryTheDefaultReport) {
   EXPECT_EQ(Run({"report-def", "default"}).out, "C\n");
 
   // The question before renaming onto another report: SavedReportsTest.
-  r = RunQuillora(Data(), {"--yes", "report-def", "rename", "B", "C"});
+  r = Run({"--yes", "report-def", "rename", "B", "C"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(Run({"report-def", "list"}).out, "C\n");
 
   r = Run({"report-def", "delete", "C"});
   EXPECT_EQ(r.status, 1) << "asks first";
-  r = RunQuillora(Data(), {"--yes", "report-def", "delete", "C"});
+  r = Run({"--yes", "report-def", "delete", "C"});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(Run({"report-def", "default"}).out, "\n");
   r = Run({"report-def", "show", "C"});
