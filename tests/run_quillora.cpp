@@ -49,10 +49,4 @@ RunResult RunQuillora(const std::string& data_dir, const std::vector<std::string
   return result;
 }
 
-std::string CommandLine(const std::vector<std::string>& args) {
-  std::string line;
-  for (const auto& a : args) line += a + " ";
-  return line;
-}
-
 }  // namespace quillora::testing

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/text.h"
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
 
 namespace quillora {

@@ -1,7 +1,7 @@
 // The catalogue commands end to end: the binary on a fresh data folder.
 #include <gtest/gtest.h>
 
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 
 namespace quillora {
 namespace {

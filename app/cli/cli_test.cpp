@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/data_folder.h"
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
 #include "tests/temp_dir.h"
 

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <map>
 
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
 
 namespace quillora {
@@ -71,24 +71,14 @@ TEST_F(EntryCliTest, AddStoresEveryFieldAndShowPrintsIt) {
   EXPECT_EQ(defaults.at("currency"), "CHF");
 }
 
+// Which fields the editor refuses, and why: timekeeping/entry_editor_test.cpp.
 TEST_F(EntryCliTest, AddRefusesWithTheEditorsMessage) {
-  struct Case {
-    Args fields;
-    std::string message;
-  } cases[] = {
-      {{"--task", "T", "--duration", "x"},
-       "Please enter a client name.  You cannot leave Client field blank."},
-      {{"--client", "Acme", "--task", "T", "--duration", "1", "--rate", "12 EUR"},
-       "This field accepts numeric values only."},
-  };
-  for (const Case& c : cases) {
-    Args args = {"add"};
-    args.insert(args.end(), c.fields.begin(), c.fields.end());
-    const RunResult r = Run(args);
-    EXPECT_EQ(r.status, 1) << CommandLine(args);
-    EXPECT_EQ(r.err, "Quillora: " + c.message + "\n") << CommandLine(args);
-    EXPECT_EQ(r.out, "") << CommandLine(args);
-  }
+  const RunResult r = Run({"add", "--task", "T", "--duration", "x"});
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err,
+            "Quillora: Please enter a client name.  You cannot leave Client field "
+            "blank.\n");
+  EXPECT_EQ(r.out, "");
   EXPECT_EQ(EntryCount(), 0) << "nothing stored";
 }
 
@@ -124,11 +114,7 @@ TEST_F(EntryCliTest, EditChangesOnlyTheFieldsGiven) {
   Ok({"edit", id, "--no-start"});
   EXPECT_EQ(Show(id).at("start"), "2026-11-17T00:00:00");
 
-  RunResult r = Run({"edit", id, "--task", ""});
-  EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err,
-            "Quillora: Please enter a task name.  You cannot have a blank Task field.\n");
-  r = Run({"edit", "999", "--paid"});
+  const RunResult r = Run({"edit", "999", "--paid"});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.err, "Quillora: There is no time entry with record id 999.\n");
 }

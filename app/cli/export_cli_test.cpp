@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <fstream>
 
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
 #include "tests/temp_dir.h"
 
@@ -26,10 +26,6 @@ constexpr char kPaidLine[] =
     "\"11/21/2026\",\"Paid\",\"\",\"\",\"\",\"9:00 "
     "AM\",\"1.00\",\"Y\",\"Y\",\"USD\",\"\","
     "\"1\",\"0.00\",\"\",\"\",\"\",\"\",\"\"\r\n";
-constexpr char kFailed[] =
-    "Quillora: Export failed. Please make sure there is enough storage space and try "
-    "agin.\n";
-
 class ExportCliTest : public testing::CliFixture {
  protected:
   ExportCliTest() {
@@ -72,14 +68,9 @@ TEST_F(ExportCliTest, CsvOfARangeWithTheSavedFilter) {
 }
 
 // The question before replacing a file: backup_cli_test.cpp, and the export
-// asks for it in interchange/export_command_test.cpp.
-TEST_F(ExportCliTest, AFileThatCannotBeWrittenGivesTheMessage) {
-  const auto r = Run({"export", "xml", "--day", "2026-11-21", File("missing/x.xml")});
-  EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err, std::string(kFailed) + "quillora: " + File("missing/x.xml") +
-                       ": No such file or directory\n");
-}
-
+// asks for it in interchange/export_command_test.cpp. A file that cannot be
+// written: the message in tests/write_failure_test.cpp, the system's reason
+// after it in list_cli_test.cpp.
 TEST_F(ExportCliTest, WrongUsageWritesNothing) {
   const std::string out = File("never.csv");
   for (const std::vector<std::string>& bad :
@@ -87,7 +78,6 @@ TEST_F(ExportCliTest, WrongUsageWritesNothing) {
                                              {"export", "pdf", out},
                                              {"export", "csv"},
                                              {"export", "csv", out, out},
-                                             {"export", "csv", "--day", "--week", out},
                                              {"export", "csv", "--bogus", out}}) {
     const auto r = Run(bad);
     EXPECT_EQ(r.status, 2) << bad.size() << " " << bad.back();

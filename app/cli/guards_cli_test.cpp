@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/temp_dir.h"
 
 namespace quillora {

@@ -2,7 +2,7 @@
 // entries are stored directly, as the window would have stored them.
 #include <gtest/gtest.h>
 
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
 #include "tests/temp_dir.h"
 
@@ -122,7 +122,6 @@ TEST_F(PeriodCliTest, SummaryOfAnEmptyDayAndTheStoredViewUntouched) {
 TEST_F(PeriodCliTest, WrongUsage) {
   for (const std::vector<std::string>& bad : std::vector<std::vector<std::string>>{
            {"list", "extra"},
-           {"list", "--week", "--month"},
            {"list", "--from", "2026-01-01", "--to", "2026-01-02"},
            {"summary", "--csv"}}) {
     const auto r = Run(bad);

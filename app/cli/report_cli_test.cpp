@@ -2,7 +2,7 @@
 // folder.
 #include <gtest/gtest.h>
 
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
 #include "tests/temp_dir.h"
 
@@ -82,8 +82,7 @@ TEST_F(ReportCliTest, WrongUsageChangesNothing) {
            {"report-def", "save", "A", "--type", "Tabular", "--group-by", "Task"},
            {"report-def", "save", "A", "--bogus", "x"},
            {"report"},
-           {"report", "A", "B", "C"},
-           {"report", "A", "--custom", "2026-11-01", "nope", "f.htm"}}) {
+           {"report", "A", "B", "C"}}) {
     const auto r = Run(bad);
     EXPECT_EQ(r.status, 2) << bad.back() << r.err;
     EXPECT_NE(r.err.find("Try 'quillora --help'"), std::string::npos) << bad.back();
