@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 
 #include "platform/text.h"
+#include "tests/outside_tools.h"
 #include "tests/temp_dir.h"
 
 namespace quillora {
@@ -78,15 +78,6 @@ CompoundStorage AddStorage(CompoundWriter& w, CompoundStorage parent,
   return storage;
 }
 
-uint32_t Crc32(const std::string& bytes) {
-  uint32_t crc = 0xFFFFFFFF;
-  for (char c : bytes) {
-    crc ^= static_cast<unsigned char>(c);
-    for (int k = 0; k < 8; ++k) crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1)));
-  }
-  return ~crc;
-}
-
 // Lists a storage's tree as "path size crc" lines in enumeration order,
 // reading every stream.
 void Dump(const CompoundReader& r, CompoundStorage storage, const std::string& prefix,
@@ -106,8 +97,8 @@ void Dump(const CompoundReader& r, CompoundStorage storage, const std::string& p
       std::string bytes;
       ASSERT_EQ(r.ReadStream(stream, &bytes), CompoundResult::kOk) << path;
       ASSERT_EQ(bytes.size(), e.size) << path;
-      *out +=
-          path + " " + std::to_string(e.size) + " " + std::to_string(Crc32(bytes)) + "\n";
+      *out += path + " " + std::to_string(e.size) + " " +
+              std::to_string(testing::Crc32(bytes)) + "\n";
     }
   }
 }
@@ -406,13 +397,12 @@ TEST(CompoundFileTest, LargeFileUsesDifatSectorsAndRefusesALoopInThem) {
 
 // A small file with every kind of chain: mini streams, a large stream, a
 // nested storage.
-std::string SampleFile() {
-  return Build([](CompoundWriter& w) {
-    AddStream(w, w.root(), "Small", Pattern(100, 1));
-    AddStream(w, w.root(), "Big", Pattern(5000, 2));
-    AddStream(w, AddStorage(w, w.root(), "Sub"), "Inner", Pattern(300, 3));
-  });
+void FillSample(CompoundWriter& w) {
+  AddStream(w, w.root(), "Small", Pattern(100, 1));
+  AddStream(w, w.root(), "Big", Pattern(5000, 2));
+  AddStream(w, AddStorage(w, w.root(), "Sub"), "Inner", Pattern(300, 3));
 }
+std::string SampleFile() { return Build(FillSample); }
 
 TEST(CompoundFileTest, RefusesDamagedFiles) {
   const std::string good = SampleFile();
@@ -509,15 +499,6 @@ TEST(CompoundFileTest, RefusesEveryTruncationAndIgnoresTrailingBytes) {
 }
 
 TEST(CompoundFileTest, ReportsFilesThatCannotBeCreatedOrRead) {
-  const std::string good = SampleFile();
-  auto commit = [](std::unique_ptr<CompoundSink> sink) {
-    CompoundWriter w;
-    EXPECT_EQ(w.Create(std::move(sink)), CompoundResult::kOk);
-    AddStream(w, w.root(), "Small", Pattern(100, 1));
-    AddStream(w, w.root(), "Big", Pattern(5000, 2));
-    AddStream(w, AddStorage(w, w.root(), "Sub"), "Inner", Pattern(300, 3));
-    return w.Commit();
-  };
   // Failed writes and a failed close: tests/write_failure_test.cpp (backups).
   CompoundWriter w;
   TempDir dir;
@@ -527,20 +508,12 @@ TEST(CompoundFileTest, ReportsFilesThatCannotBeCreatedOrRead) {
   EXPECT_EQ(r.Open(dir.File("none.qrd")), CompoundResult::kFileError);
   EXPECT_EQ(r.Open(dir.path()), CompoundResult::kFileError);
 
-  ASSERT_EQ(commit(CreateFileSink(dir.File("ok.qrd"))), CompoundResult::kOk);
-  EXPECT_EQ(testing::ReadFileBytes(dir.File("ok.qrd")), good);
+  CompoundWriter file;
+  ASSERT_EQ(file.Create(CreateFileSink(dir.File("ok.qrd"))), CompoundResult::kOk);
+  FillSample(file);
+  ASSERT_EQ(file.Commit(), CompoundResult::kOk);
+  EXPECT_EQ(testing::ReadFileBytes(dir.File("ok.qrd")), SampleFile());
   EXPECT_EQ(r.Open(dir.File("ok.qrd")), CompoundResult::kOk);
-}
-
-// Runs a command and returns its standard output ("" when it fails to start).
-std::string RunCommand(const std::string& command) {
-  std::string out;
-  if (FILE* pipe = popen(command.c_str(), "r")) {
-    char buf[4096];
-    for (size_t n; (n = fread(buf, 1, sizeof buf, pipe)) > 0;) out.append(buf, n);
-    if (pclose(pipe) != 0) out += "(failed)";
-  }
-  return out;
 }
 
 // The file the outside readers are given: nested storages, mini and large
@@ -565,17 +538,8 @@ std::string CrossCheckFile(const TempDir& dir) {
   return path;
 }
 
-std::string PythonWithOlefile() {
-  for (const char* python : {"/usr/bin/python3", "python3"}) {
-    const std::string probe =
-        std::string(python) + " -c 'import olefile' 2>/dev/null && echo yes";
-    if (RunCommand(probe) == "yes\n") return python;
-  }
-  return "";
-}
-
 TEST(CompoundFileTest, OlefileReadsWhatWeWrite) {
-  const std::string python = PythonWithOlefile();
+  const std::string python = testing::PythonWithOlefile();
   if (python.empty()) GTEST_SKIP() << "python3 with olefile not installed";
   TempDir dir;
   const std::string path = CrossCheckFile(dir);
@@ -597,7 +561,10 @@ TEST(CompoundFileTest, OlefileReadsWhatWeWrite) {
       "        continue\n"
       "    data = ole.openstream(p).read()\n"
       "    print(name, len(data), zlib.crc32(data))\n");
-  std::string theirs = RunCommand(python + " " + script + " " + path);
+  const testing::CommandOutput listed =
+      testing::RunCommand(python + " " + script + " " + path);
+  ASSERT_TRUE(listed.ok) << listed.out.substr(0, 2000);
+  const std::string& theirs = listed.out;
   auto sorted_lines = [](const std::string& text) {
     std::vector<std::string> lines;
     size_t begin = 0;
