@@ -13,47 +13,17 @@
 #include "backup/backup_streams.h"
 #include "backup/backup_test_fixture.h"
 #include "store/note_text.h"
+#include "tests/outside_tools.h"
 
 namespace quillora {
 namespace {
 
 using testing::At;
-
-// Runs a shell command; its standard output and whether it exited with 0.
-struct CommandOutput {
-  std::string out;
-  bool ok = false;
-};
-CommandOutput RunCommand(const std::string& command) {
-  CommandOutput result;
-  if (FILE* pipe = popen(command.c_str(), "r")) {
-    char buf[65536];
-    for (std::size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) > 0;)
-      result.out.append(buf, n);
-    result.ok = pclose(pipe) == 0;
-  }
-  return result;
-}
-
-// The CRC-32 of zlib (and of Python's zlib.crc32).
-std::uint32_t Crc32(const std::string& bytes) {
-  std::uint32_t crc = 0xFFFFFFFFu;
-  for (unsigned char c : bytes) {
-    crc ^= c;
-    for (int k = 0; k < 8; ++k) crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1)));
-  }
-  return ~crc;
-}
+using testing::CommandOutput;
+using testing::Crc32;
+using testing::RunCommand;
 
 bool HaveGsf() { return RunCommand("command -v gsf >/dev/null 2>&1").ok; }
-
-std::string PythonWithOlefile() {
-  for (const char* python : {"/usr/bin/python3", "python3"}) {
-    if (RunCommand(std::string(python) + " -c 'import olefile' >/dev/null 2>&1").ok)
-      return python;
-  }
-  return "";
-}
 
 // The outside readers are slow with many elements in one storage (both search
 // their children linearly for each one added), far slower than our own code:
@@ -61,8 +31,8 @@ std::string PythonWithOlefile() {
 // seconds. So the tests use 5,000 entries unless QUILLORA_LARGE_READER_TESTS
 // is set, which asks for the full 50,000.
 int EntryCount() {
-  static const int count = std::getenv("QUILLORA_LARGE_READER_TESTS") != nullptr ? 50000
-                                                                                 : 5000;
+  static const int count =
+      std::getenv("QUILLORA_LARGE_READER_TESTS") != nullptr ? 50000 : 5000;
   return count;
 }
 
@@ -167,7 +137,7 @@ TEST_F(BackupReadersTest, GsfListsEveryElementOfALargeBackup) {
 
 TEST_F(BackupReadersTest, OlefileReadsEveryStreamOfALargeBackup) {
   ASSERT_TRUE(shared_->ok);
-  const std::string python = PythonWithOlefile();
+  const std::string python = testing::PythonWithOlefile();
   if (python.empty()) GTEST_SKIP() << "python3 with olefile is not installed";
   // Strict: any defect olefile notices makes it fail. It prints every record
   // stream's size and CRC-32 by number, then the other streams. The records
@@ -184,14 +154,14 @@ TEST_F(BackupReadersTest, OlefileReadsEveryStreamOfALargeBackup) {
       "    k = byname['Record%d' % i]\n"
       "    data = ole._open(k.isectStart, k.size).read()\n"
       "    print(len(data), zlib.crc32(data))\n"
-      "print(' '.join(sorted('/'.join(p) for p in ole.listdir() if p[0] != 'Records')))\n");
+      "print(' '.join(sorted('/'.join(p) for p in ole.listdir() if p[0] != "
+      "'Records')))\n");
   const CommandOutput out = RunCommand(python + " " + script + " " + Path() + " 2>&1");
   ASSERT_TRUE(out.ok) << out.out.substr(0, 2000);
 
   std::string expected;
   for (const std::string& r : shared_->records) {
-    expected += std::to_string(r.size()) + " " +
-                std::to_string(Crc32(r)) + "\n";
+    expected += std::to_string(r.size()) + " " + std::to_string(Crc32(r)) + "\n";
   }
   std::string clients;
   for (const char* client : {"Client0", "Client1", "Client2"}) {

@@ -98,41 +98,32 @@ TEST(CsvEntriesTest, DateFormatsAndHeaderTable) {
   EXPECT_FALSE(CsvDateFormatNamed(u"YYYY/MM/DD"));
 
   const struct {
-    const char16_t* header;
     EntryColumn column;
-  } headers[] = {
-      {u"Start date", EntryColumn::kDate},
-      {u" DATE ", EntryColumn::kDate},
-      {u"Start Time", EntryColumn::kStart},
-      {u"From", EntryColumn::kStart},
-      {u"start", EntryColumn::kStart},
-      {u"End Date", EntryColumn::kEndDate},
-      {u"End time", EntryColumn::kEnd},
-      {u"To", EntryColumn::kEnd},
-      {u"End", EntryColumn::kEnd},
-      {u"Duration", EntryColumn::kDuration},
-      {u"Duration (h)", EntryColumn::kDuration},
-      {u"Duration (decimal)", EntryColumn::kDuration},
-      {u"Client", EntryColumn::kClient},
-      {u"Customer", EntryColumn::kClient},
-      {u"Project", EntryColumn::kProject},
-      {u"Phase", EntryColumn::kPhase},
-      {u"Task", EntryColumn::kTask},
-      {u"Activity", EntryColumn::kTask},
-      {u"Description", EntryColumn::kDescription},
-      {u"Notes", EntryColumn::kNote},
-      {u"Billable", EntryColumn::kBillable},
-      {u"Paid", EntryColumn::kPaid},
-      {u"Bill To", EntryColumn::kBillTo},
-      {u"Rate", EntryColumn::kRate},
-      {u"Hourly rate", EntryColumn::kRate},
-      {u"Billable Rate (EUR)", EntryColumn::kRate},
-      {u"Currency", EntryColumn::kCurrency},
-      {u"Tags", EntryColumn::kTags},
-      {u"Billable Amount (USD)", EntryColumn::kIgnore},
+    std::vector<const char16_t*> headers;
+  } columns[] = {
+      {EntryColumn::kDate, {u"Start date", u" DATE "}},
+      {EntryColumn::kStart, {u"Start Time", u"From", u"start"}},
+      {EntryColumn::kEndDate, {u"End Date"}},
+      {EntryColumn::kEnd, {u"End time", u"To", u"End"}},
+      {EntryColumn::kDuration, {u"Duration", u"Duration (h)", u"Duration (decimal)"}},
+      {EntryColumn::kClient, {u"Client", u"Customer"}},
+      {EntryColumn::kProject, {u"Project"}},
+      {EntryColumn::kPhase, {u"Phase"}},
+      {EntryColumn::kTask, {u"Task", u"Activity"}},
+      {EntryColumn::kDescription, {u"Description"}},
+      {EntryColumn::kNote, {u"Notes"}},
+      {EntryColumn::kBillable, {u"Billable"}},
+      {EntryColumn::kPaid, {u"Paid"}},
+      {EntryColumn::kBillTo, {u"Bill To"}},
+      {EntryColumn::kRate, {u"Rate", u"Hourly rate", u"Billable Rate (EUR)"}},
+      {EntryColumn::kCurrency, {u"Currency"}},
+      {EntryColumn::kTags, {u"Tags"}},
+      {EntryColumn::kIgnore, {u"Billable Amount (USD)"}},
   };
-  for (const auto& h : headers) {
-    EXPECT_EQ(RecognizeColumns({h.header}, {})[0], h.column) << Narrow(h.header);
+  for (const auto& c : columns) {
+    for (const char16_t* header : c.headers) {
+      EXPECT_EQ(RecognizeColumns({header}, {})[0], c.column) << Narrow(header);
+    }
   }
 }
 

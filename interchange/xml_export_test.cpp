@@ -1,15 +1,14 @@
 #include "interchange/xml_export.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <string>
 
 #include "interchange/export_test_fixture.h"
 #include "platform/code_page.h"
 #include "tests/faulty_file_system.h"
+#include "tests/outside_tools.h"
 
 namespace quillora {
 namespace {
@@ -168,18 +167,6 @@ std::string XmlLintPath() {
   return {};
 }
 
-// Runs `xmllint --noout` on a file: its exit status and what it printed.
-int RunXmlLint(const std::string& xmllint, const std::string& file, std::string* output) {
-  const std::string command = xmllint + " --noout '" + file + "' 2>&1";
-  FILE* pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) return -1;
-  char buf[512];
-  std::size_t n = 0;
-  while ((n = std::fread(buf, 1, sizeof buf, pipe)) > 0) output->append(buf, n);
-  const int status = ::pclose(pipe);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 // A real XML parser reads the file of every encoding back. The file holds the
 // ANSI code page whatever its declaration names, so text outside ASCII is
 // only readable where the named encoding agrees with those bytes: ISO-8859-1
@@ -233,11 +220,11 @@ TEST_F(XmlExportTest, XmlLintParsesTheFileOfEachEncoding) {
       auto sources = Sources();
       const std::string path = Path("export-" + std::to_string(encoding) + ".xml");
       ASSERT_TRUE(ExportXml(path, SampleDays(), sources)) << "encoding " << encoding;
-      std::string output;
-      EXPECT_EQ(RunXmlLint(xmllint, path, &output), 0)
-          << "encoding " << encoding << (non_ascii ? " with accents" : "") << ": "
-          << output;
-      EXPECT_EQ(output, "") << "encoding " << encoding;
+      const testing::CommandOutput lint =
+          testing::RunCommand(xmllint + " --noout '" + path + "' 2>&1");
+      EXPECT_TRUE(lint.ok) << "encoding " << encoding
+                           << (non_ascii ? " with accents" : "") << ": " << lint.out;
+      EXPECT_EQ(lint.out, "") << "encoding " << encoding;
       if (encoding == 0) {
         const std::string bytes = testing::ReadFileBytes(path);
         EXPECT_NE(bytes.find("<CLIENT>A?B</CLIENT>"), std::string::npos);

@@ -234,28 +234,10 @@ TEST_F(MarkupNavigationTest, IntoAndOutOfElementsTrackTheLevel) {
   EXPECT_EQ(doc_.Position(doc_.CurrentChild()).start_left, 25);
 }
 
+// Whether the writer's index matches what the reader builds from the text is
+// checked after every step of the random mixes below.
 class MarkupWriterTest : public ::testing::Test {
  protected:
-  // The writer's index must be the one the reader builds from the text,
-  // except for `following`, which the writer puts behind the line break.
-  void ExpectReadBackEqual() {
-    MarkupDocument read;
-    ASSERT_TRUE(read.SetDocument(doc_.DocumentText())) << Narrow(read.ErrorText());
-    const std::vector<Node> written = Walk(doc_);
-    const std::vector<Node> parsed = Walk(read);
-    ASSERT_EQ(written.size(), parsed.size());
-    for (std::size_t i = 0; i < written.size(); ++i) {
-      ElementPosition expected = parsed[i].position;
-      expected.following = expected.end_right + 3;
-      ElementPosition actual = written[i].position;
-      expected.parent = expected.first_child = expected.next_sibling = 0;
-      actual.parent = actual.first_child = actual.next_sibling = 0;
-      EXPECT_EQ(actual, expected)
-          << "element " << i << " of " << Narrow(doc_.DocumentText());
-      EXPECT_EQ(written[i].name, parsed[i].name);
-      EXPECT_EQ(written[i].depth, parsed[i].depth);
-    }
-  }
   MarkupDocument doc_;
 };
 
@@ -308,7 +290,6 @@ TEST_F(MarkupWriterTest, AttributesGoInTheOrderAdded) {
   ASSERT_TRUE(doc_.AddAttribute(u"w", u""));
   EXPECT_EQ(doc_.DocumentText(),
             u"<r v=\"a&quot;b\" v=\"2\" w=\"\">\r\n<c k=\"&lt;\">d</c>\r\n</r>\r\n");
-  ExpectReadBackEqual();
 }
 
 TEST_F(MarkupWriterTest, BuildsAReportShapedDocument) {
@@ -336,7 +317,6 @@ TEST_F(MarkupWriterTest, BuildsAReportShapedDocument) {
       u"<body>\r\n<h2/>\r\n<table>\r\n<tr/>\r\n</table>\r\n</body>\r\n"
       u"<p/>\r\n"
       u"</html>\r\n");
-  ExpectReadBackEqual();
 }
 
 TEST_F(MarkupWriterTest, RefusesWhatHasNoElement) {
@@ -354,7 +334,6 @@ TEST_F(MarkupWriterTest, ANewTopElementReplacesTextThatDidNotParse) {
   EXPECT_FALSE(doc_.SetDocument(u"<broken>"));
   ASSERT_TRUE(doc_.AddElement(u"r", u"ok"));
   EXPECT_EQ(doc_.DocumentText(), u"<r>ok</r>\r\n");
-  ExpectReadBackEqual();
 }
 
 TEST_F(MarkupWriterTest, ChildOfAParsedElementWithAnEndTag) {

@@ -5,18 +5,16 @@
 #include <vector>
 
 #include "platform/text.h"
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
-#include "tests/temp_dir.h"
 
 namespace quillora {
 namespace {
 
-using testing::RunQuillora;
 using testing::RunResult;
 using Args = std::vector<std::string>;
 
-class BulkEditCliTest : public ::testing::Test {
+class BulkEditCliTest : public testing::CliFixture {
  protected:
   void SetUp() override {
     testing::SeedClients(Data(), {u"Acme", u"Beta"});
@@ -27,8 +25,6 @@ class BulkEditCliTest : public ::testing::Test {
                                   testing::EntryAt("2024-04-01T00:00:00", u"Acme")});
   }
 
-  std::string Data() const { return dir_.File("data"); }
-  RunResult Run(const Args& args) { return RunQuillora(Data(), args); }
   void Refused(const Args& args, const std::string& err) {
     const RunResult r = Run(args);
     EXPECT_EQ(r.status, 1) << args[0];
@@ -50,8 +46,6 @@ class BulkEditCliTest : public ::testing::Test {
     }
     return out;
   }
-
-  testing::TempDir dir_;
 };
 
 TEST_F(BulkEditCliTest, ReplaceRenamesTheClientAndItsEntriesAfterTheQuestion) {

@@ -1,37 +1,23 @@
 // The catalogue commands end to end: the binary on a fresh data folder.
 #include <gtest/gtest.h>
 
-#include "tests/run_quillora.h"
-#include "tests/temp_dir.h"
+#include "tests/cli_fixture.h"
 
 namespace quillora {
 namespace {
 
-using testing::RunQuillora;
 using testing::RunResult;
 using Args = std::vector<std::string>;
 
-class CatalogueCliTest : public ::testing::Test {
+class CatalogueCliTest : public testing::CliFixture {
  protected:
-  std::string Data() const { return dir_.File("data"); }
-  RunResult Run(const Args& args) { return RunQuillora(Data(), args); }
-  // Runs a command that must succeed and answers what it printed.
-  std::string Ok(const Args& args) {
-    const RunResult r = Run(args);
-    EXPECT_EQ(r.status, 0) << args[0] << " " << args[1] << ": " << r.err;
-    return r.out;
-  }
   // Runs a command that must be refused with exactly `message`.
   void Refused(const Args& args, const std::string& message) {
     const RunResult r = Run(args);
-    std::string line;
-    for (const auto& a : args) line += a + " ";
-    EXPECT_EQ(r.status, 1) << line;
-    EXPECT_EQ(r.err, "Quillora: " + message + "\n") << line;
-    EXPECT_EQ(r.out, "") << line;
+    EXPECT_EQ(r.status, 1) << testing::CommandLine(args);
+    EXPECT_EQ(r.err, "Quillora: " + message + "\n") << testing::CommandLine(args);
+    EXPECT_EQ(r.out, "") << testing::CommandLine(args);
   }
-
-  testing::TempDir dir_;
 };
 
 // The words of each command reach the catalogue service and its lists come

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <fstream>
 
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
 #include "tests/temp_dir.h"
 
@@ -13,7 +13,6 @@ namespace quillora {
 namespace {
 
 using testing::ReadFileBytes;
-using testing::RunQuillora;
 
 constexpr char kHeader[] =
     "\"Date\",\"Client\",\"Project\",\"Phase\",\"Task\",\"Start\",\"Duration(h)\","
@@ -27,11 +26,7 @@ constexpr char kPaidLine[] =
     "\"11/21/2026\",\"Paid\",\"\",\"\",\"\",\"9:00 "
     "AM\",\"1.00\",\"Y\",\"Y\",\"USD\",\"\","
     "\"1\",\"0.00\",\"\",\"\",\"\",\"\",\"\"\r\n";
-constexpr char kFailed[] =
-    "Quillora: Export failed. Please make sure there is enough storage space and try "
-    "agin.\n";
-
-class ExportCliTest : public ::testing::Test {
+class ExportCliTest : public testing::CliFixture {
  protected:
   ExportCliTest() {
     TimeEntry acme =
@@ -53,14 +48,6 @@ class ExportCliTest : public ::testing::Test {
         Data(),
         {testing::EntryAt("2026-11-20T00:00:00", u"At midnight", u""), acme, paid});
   }
-
-  std::string Data() const { return dir_.File("data"); }
-  std::string File(const std::string& name) const { return dir_.File(name); }
-  testing::RunResult Run(const std::vector<std::string>& args) {
-    return RunQuillora(Data(), args);
-  }
-
-  testing::TempDir dir_;
 };
 
 TEST_F(ExportCliTest, CsvOfARangeWithTheSavedFilter) {
@@ -80,36 +67,18 @@ TEST_F(ExportCliTest, CsvOfARangeWithTheSavedFilter) {
   EXPECT_EQ(ReadFileBytes(out), kHeader + acme);
 }
 
-TEST_F(ExportCliTest, AnExistingFileIsReplacedOnlyAfterTheQuestion) {
-  const std::string out = File("old.csv");
-  testing::WriteFileBytes(out, "keep me");
-  auto r = Run({"export", "csv", "--day", "2026-11-21", out});
-  EXPECT_EQ(r.status, 1);
-  EXPECT_NE(r.err.find("already exists"), std::string::npos) << r.err;
-  EXPECT_EQ(ReadFileBytes(out), "keep me");
-
-  r = Run({"--yes", "export", "csv", "--day", "2026-11-21", out});
-  EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(ReadFileBytes(out), std::string(kHeader) + kPaidLine);
-}
-
-TEST_F(ExportCliTest, AFileThatCannotBeWrittenGivesTheMessage) {
-  const auto r = Run({"export", "xml", "--day", "2026-11-21", File("missing/x.xml")});
-  EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err, std::string(kFailed) + "quillora: " + File("missing/x.xml") +
-                       ": No such file or directory\n");
-}
-
+// The question before replacing a file: backup_cli_test.cpp, and the export
+// asks for it in interchange/export_command_test.cpp. A file that cannot be
+// written: the message in tests/write_failure_test.cpp, the system's reason
+// after it in list_cli_test.cpp.
 TEST_F(ExportCliTest, WrongUsageWritesNothing) {
   const std::string out = File("never.csv");
-  for (const std::vector<std::string>& bad : std::vector<std::vector<std::string>>{
-           {"export"},
-           {"export", "pdf", out},
-           {"export", "csv"},
-           {"export", "csv", out, out},
-           {"export", "csv", "--day", "--week", out},
-           {"export", "csv", "--bogus", out},
-       }) {
+  for (const std::vector<std::string>& bad :
+       std::vector<std::vector<std::string>>{{"export"},
+                                             {"export", "pdf", out},
+                                             {"export", "csv"},
+                                             {"export", "csv", out, out},
+                                             {"export", "csv", "--bogus", out}}) {
     const auto r = Run(bad);
     EXPECT_EQ(r.status, 2) << bad.size() << " " << bad.back();
     EXPECT_NE(r.err.find("Try 'quillora --help'"), std::string::npos) << r.err;

@@ -1,26 +1,16 @@
 // The filter command end to end: the binary on a fresh data folder.
 #include <gtest/gtest.h>
 
-#include "tests/run_quillora.h"
-#include "tests/temp_dir.h"
+#include "tests/cli_fixture.h"
 
 namespace quillora {
 namespace {
-
-using testing::RunQuillora;
 
 constexpr char kEverything[] =
     "client=\nproject=\nphase=\ntask=\nbill-to=\ncurrency=\nrate-type=-1\n"
     "unpaid=yes\npaid=yes\nnon-billable=yes\n";
 
-class FilterCliTest : public ::testing::Test {
- protected:
-  std::string Data() const { return dir_.File("data"); }
-  testing::RunResult Run(const std::vector<std::string>& args) {
-    return RunQuillora(Data(), args);
-  }
-  testing::TempDir dir_;
-};
+using FilterCliTest = testing::CliFixture;
 
 // The registry values of a saved filter are pinned in periods/entry_filter_test.cpp;
 // here each `filter show` runs in a new process, so it shows what was saved.

@@ -2,16 +2,14 @@
 // entries are stored directly, as the window would have stored them.
 #include <gtest/gtest.h>
 
-#include "tests/run_quillora.h"
+#include "tests/cli_fixture.h"
 #include "tests/seed_data.h"
 #include "tests/temp_dir.h"
 
 namespace quillora {
 namespace {
 
-using testing::RunQuillora;
-
-class PeriodCliTest : public ::testing::Test {
+class PeriodCliTest : public testing::CliFixture {
  protected:
   void SetUp() override {
     // "Now" is Saturday 2026-11-21; weeks start on Sunday, so the week shown
@@ -42,12 +40,6 @@ class PeriodCliTest : public ::testing::Test {
     code_ = std::to_string(ids[4]);
   }
 
-  std::string Data() const { return dir_.File("data"); }
-  testing::RunResult Run(const std::vector<std::string>& args) {
-    return RunQuillora(Data(), args);
-  }
-
-  testing::TempDir dir_;
   std::string first_, after_, admin_, code_;
 };
 
@@ -98,23 +90,11 @@ constexpr char kWeekSummary[] =
 // The bytes of the CSV file are pinned in interchange/summary_csv_test.cpp.
 constexpr char kWeekCsvStart[] = "\"Period Type:\",\"Week\",\"\"\r\n";
 
-TEST_F(PeriodCliTest, SummaryPrintsTheRowsAndWritesTheCsvAfterTheQuestion) {
+TEST_F(PeriodCliTest, SummaryPrintsTheRowsAndWritesTheCsv) {
   const std::string csv = dir_.File("week.csv");
   auto r = Run({"summary", "--csv", csv});
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.out, kWeekSummary);
-  EXPECT_EQ(testing::ReadFileBytes(csv).rfind(kWeekCsvStart, 0), 0u);
-
-  // An existing file stays unless the question is answered yes.
-  testing::WriteFileBytes(csv, "keep");
-  r = Run({"summary", "--week", "2026-11-18", "--csv", csv});
-  EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.out, kWeekSummary);
-  EXPECT_EQ(r.err,
-            "Quillora: " + csv + " already exists. Do you want to replace it? [y/n] n\n");
-  EXPECT_EQ(testing::ReadFileBytes(csv), "keep");
-  r = Run({"--yes", "summary", "--csv", csv});
-  EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(testing::ReadFileBytes(csv).rfind(kWeekCsvStart, 0), 0u);
 
   r = Run({"summary", "--csv", dir_.File("no/such/folder.csv")});
@@ -142,7 +122,6 @@ TEST_F(PeriodCliTest, SummaryOfAnEmptyDayAndTheStoredViewUntouched) {
 TEST_F(PeriodCliTest, WrongUsage) {
   for (const std::vector<std::string>& bad : std::vector<std::vector<std::string>>{
            {"list", "extra"},
-           {"list", "--week", "--month"},
            {"list", "--from", "2026-01-01", "--to", "2026-01-02"},
            {"summary", "--csv"}}) {
     const auto r = Run(bad);
