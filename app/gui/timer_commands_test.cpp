@@ -10,6 +10,7 @@
 #include "app/gui/entry_editor_dialog.h"
 #include "app/gui/qt_text.h"
 #include "app/gui/window_test_fixture.h"
+#include "store/note_text.h"
 
 namespace quillora {
 namespace {
@@ -36,10 +37,8 @@ class TimerCommandsTest : public QObject {
   QAction* TrayAction(const QString& name) {
     return commands_->tray()->menu()->findChild<QAction*>(name);
   }
-  // Runs `body` on the next modal dialog once it is up.
   void OnModal(std::function<void(QWidget*)> body) {
-    QTimer::singleShot(
-        0, this, [body = std::move(body)] { body(QApplication::activeModalWidget()); });
+    testing::OnModal(this, std::move(body));
   }
 
  private slots:
@@ -185,25 +184,52 @@ class TimerCommandsTest : public QObject {
     QVERIFY(f_.Shown().empty());
   }
 
-  // The editor opened by "Task Complete" starts from the new-entry defaults.
+  // "Task Complete" in the dialog opens the editor on a new entry with the
+  // timer's start and note (with its drawing); OK saves it, with the new-entry defaults,
+  // into the view and selects it; the timer is free again.
   void TimedEntryCarriesTheNewEntryDefaults() {
     f_.data().settings.option_bits |= kOptionBillable;
     f_.data().settings.default_currency = u"EUR";
-    commands_->Record(3);
-    Pass(1800);
-    OnModal([&](QWidget* widget) {
-      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
-      QVERIFY(editor != nullptr);
-      editor->client_box()->setEditText("Acme");
-      editor->task_box()->setEditText("Design");
-      editor->accept();
+    bool edited = false;
+    testing::OnModal(this, [&](QWidget* widget) {
+      auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
+      QVERIFY(dialog != nullptr);
+      QCOMPARE(dialog->windowTitle(), QString("Entry Timers"));
+      dialog->tabs()->setCurrentIndex(1);
+      dialog->record_button()->click();
+      QCOMPARE(timers().slot(1).state, kTimerRecording);
+      Pass(1800);
+      QCOMPARE(dialog->duration_label()->text(), QString("Duration: 00:30:00"));
+      dialog->note_edit()->SetText("Met the client");
+      dialog->note_edit()->canvas()->BeginStroke({3, 4});
+      dialog->note_edit()->canvas()->ExtendStroke({30, 40});
+      dialog->note_edit()->canvas()->EndStroke();
+      testing::OnModal(this, [&](QWidget* widget) {
+        prompt_.answers = {Answer::kYes};  // a failed check's Cancel discards the entry
+        auto* editor = qobject_cast<EntryEditorDialog*>(widget);
+        QVERIFY(editor != nullptr && editor->editor().is_new());
+        QCOMPARE(editor->date_edit()->date(), QDate(2026, 11, 18));
+        QVERIFY(editor->start_check()->isChecked());
+        QCOMPARE(editor->note_edit()->Text(), QString("Met the client"));
+        QCOMPARE(editor->note_edit()->canvas()->strokes().size(), std::size_t{1});
+        editor->client_box()->setEditText("Acme");
+        editor->task_box()->setEditText("Design");
+        editor->accept();
+        edited = true;
+      });
+      dialog->complete_button()->click();
     });
-    commands_->Complete(3);
+    commands_->OpenTimers();
+    QVERIFY(edited);
+    QCOMPARE(timers().slot(1).state, kTimerIdle);
+    QVERIFY(!window_->actions().timers->isChecked());
     const std::vector<TimeEntry> shown = f_.Shown();
     QCOMPARE(shown.size(), std::size_t{1});
-    QVERIFY(shown.front().billable);
-    QCOMPARE(ToQString(shown.front().currency), QString("EUR"));
-    QCOMPARE(shown.front().duration, 50u);
+    QVERIFY(shown[0].billable && HasStartTime(shown[0]));
+    QCOMPARE(ToQString(shown[0].currency), QString("EUR"));
+    QCOMPARE(shown[0].duration, 50u);
+    QCOMPARE(shown[0].note, NoteBlobFromParts(u"Met the client", {{{3, 4}, {30, 40}}}));
+    QCOMPARE(window_->SelectedRecordId(), shown[0].recordId);
   }
 };
 

@@ -3,7 +3,12 @@
 #ifndef QUILLORA_APP_GUI_WINDOW_TEST_FIXTURE_H_
 #define QUILLORA_APP_GUI_WINDOW_TEST_FIXTURE_H_
 
+#include <QApplication>
+#include <QDialog>
 #include <QString>
+#include <QStringList>
+#include <QTimer>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,6 +25,25 @@ namespace quillora::testing {
 
 inline QString Q(std::u16string_view text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// Runs `body` on the next modal dialog once it is up, then closes the dialog
+// if `body` left it open (a failed check), so that a failure never hangs.
+inline void OnModal(QObject* context, std::function<void(QWidget*)> body) {
+  QTimer::singleShot(0, context, [body = std::move(body)] {
+    QWidget* widget = QApplication::activeModalWidget();
+    body(widget);
+    if (auto* dialog = qobject_cast<QDialog*>(widget); dialog && dialog->isVisible()) {
+      dialog->reject();
+    }
+  });
+}
+
+// The prompt's texts, in the order shown.
+inline QStringList Texts(const FakePrompt& prompt) {
+  QStringList texts;
+  for (const auto& t : prompt.Texts()) texts << Q(t);
+  return texts;
 }
 
 // An entry for Add(): the fields most tests set.
@@ -86,6 +110,16 @@ class WindowFixture {
       shown.push_back(window_->entry_model()->EntryAt(r));
     }
     return shown;
+  }
+  // The first line of each item the item list shows.
+  QStringList ShownFirstLines() const {
+    QStringList lines;
+    auto* model = window_->entry_model();
+    for (int r = 0; r < model->rowCount(); ++r) {
+      lines
+          << model->data(model->index(r), Qt::DisplayRole).toString().section('\n', 0, 0);
+    }
+    return lines;
   }
   DataContext& data() { return *data_; }
   FixedClock& clock() { return *clock_; }
