@@ -9,14 +9,11 @@
 #include "app/gui/catalogue_commands.h"
 #include "app/gui/contacts_import_dialog.h"
 #include "app/gui/import_dialog.h"
-#include "app/gui/main_window.h"
 #include "app/gui/move_dialog.h"
 #include "app/gui/name_dialog.h"
 #include "app/gui/qt_text.h"
-#include "app/gui/window_commands.h"
+#include "app/gui/window_test_fixture.h"
 #include "tests/dialog_script.h"
-#include "tests/fake_prompt.h"
-#include "tests/temp_dir.h"
 
 namespace quillora {
 namespace {
@@ -48,10 +45,10 @@ class CatalogueDialogTest : public QObject {
   Q_OBJECT
 
  private:
-  std::unique_ptr<testing::TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
+  testing::WindowFixture f_;
+  DataContext* data_ = nullptr;
   std::unique_ptr<CatalogueDialog> dialog_;
-  testing::FakePrompt prompt_;
+  testing::FakePrompt& prompt_ = f_.prompt();
   // What each dialog the commands show does, in order.
   std::deque<std::function<int(QDialog&)>> script_;
   ClientId acme_ = 0;
@@ -70,11 +67,7 @@ class CatalogueDialogTest : public QObject {
     }
     return lines;
   }
-  QStringList Shown() {
-    QStringList texts;
-    for (const auto& t : prompt_.Texts()) texts << ToQString(t);
-    return texts;
-  }
+  QStringList Shown() { return testing::Texts(prompt_); }
   // A name dialog: each text in turn is typed and OK pressed.
   void ScriptName(QStringList texts) {
     script_.push_back([texts](QDialog& d) {
@@ -90,11 +83,9 @@ class CatalogueDialogTest : public QObject {
 
  private slots:
   void init() {
-    dir_ = std::make_unique<testing::TempDir>();
-    data_ = std::make_unique<DataContext>();
-    std::string error;
-    QVERIFY(OpenDataContext(dir_->File("data"), data_.get(), &error));
-    QVERIFY(OpenCatalogue(data_.get()));
+    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    data_ = &f_.data();
+    QVERIFY(OpenCatalogue(data_));
     acme_ = AddClient(cat().clients, u"Acme");
     globex_ = AddClient(cat().clients, u"Globex");
     AddProject(cat().projects, locale(), acme_, u"Web", u"");
@@ -102,7 +93,6 @@ class CatalogueDialogTest : public QObject {
     AddProject(cat().projects, locale(), acme_, u"App", u"");
     AddItem(cat().tasks, locale(), acme_, u"Call");
     AddItem(cat().contacts, locale(), acme_, u"Sam");
-    prompt_ = testing::FakePrompt();
     script_.clear();
     dialog_ = std::make_unique<CatalogueDialog>(*data_, prompt_);
     dialog_->SetDialogRunner(testing::RunFrom(&script_));
@@ -110,8 +100,7 @@ class CatalogueDialogTest : public QObject {
 
   void cleanup() {
     dialog_.reset();
-    data_.reset();
-    dir_.reset();
+    f_.Close();
   }
 
   void TreeShowsClientsWithTheirThreeGroups() {
@@ -176,7 +165,7 @@ class CatalogueDialogTest : public QObject {
     QVERIFY(!dialog_->findChild<QPushButton*>("rename")->isEnabled());
   }
 
-  // The questions' texts are checked by catalogue_front_ends_test; here the
+  // The items' questions are checked by catalogue_front_ends_test; here the
   // tree and the selection after each delete, and a whole list from its group.
   void DeletingUpdatesTheTreeAndDeletesWholeLists() {
     QVERIFY(dialog_->Select({"Acme", "Tasks", "Call"}));
@@ -220,7 +209,7 @@ class CatalogueDialogTest : public QObject {
   }
 
   void ImportAddsTheFilesNamesUnderTheSelection() {
-    const std::string path = dir_->File("projects.txt");
+    const std::string path = f_.File("projects.txt");
     testing::WriteFileBytes(path, "Alpha\nWeb\n");
     QVERIFY(dialog_->Select({"Acme", "Contacts", "Sam"}));
     script_.push_back([](QDialog& d) {
@@ -240,7 +229,7 @@ class CatalogueDialogTest : public QObject {
 
   void ImportWithoutAClientOffersOnlyClients() {
     dialog_->tree()->setCurrentItem(nullptr);
-    const std::string path = dir_->File("clients.txt");
+    const std::string path = f_.File("clients.txt");
     testing::WriteFileBytes(path, "New\nGlobex\n");
     bool offered_others = true;
     script_.push_back([&](QDialog& d) {
@@ -297,7 +286,7 @@ class CatalogueDialogTest : public QObject {
   // The level, the formats' bytes and cancelling are list_files_test's: here
   // the dialog passes its selection and its format on.
   void ListExportWritesTheSelectedLevelInTheChosenFormat() {
-    const std::string path = dir_->File("list.txt");
+    const std::string path = f_.File("list.txt");
     QVERIFY(dialog_->Select({"Acme", "Projects", "Web", "Design"}));
     dialog_->SetListExportFormat(ListFileFormat::kUnicode);
     prompt_.files = {path};
@@ -308,11 +297,8 @@ class CatalogueDialogTest : public QObject {
   }
 
   void MainWindowOpensTheCatalogueCommands() {
-    FixedClock clock(MakeSystemTime(2026, 11, 21, 10, 0, 0));
-    MainWindow window(*data_, clock);
-    WireWindowCommands(&window);
-    window.SetPrompt(&prompt_);
-    QVERIFY(window.Open());
+    QVERIFY(f_.OpenWindow());
+    MainWindow& window = f_.window();
     // Each opens its dialog modally; it is closed from inside.
     const struct {
       QAction* action;
