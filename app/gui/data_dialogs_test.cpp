@@ -17,7 +17,6 @@
 #include "app/gui/window_commands.h"
 #include "app/gui/window_test_fixture.h"
 #include "app/gui/written_file_notice.h"
-#include "reports/html_report.h"
 #include "store/string_table.h"
 
 namespace quillora {
@@ -42,11 +41,7 @@ class DataDialogsTest : public QObject {
 
   int Shown() const { return static_cast<int>(f_.Shown().size()); }
 
-  QStringList Texts() const {
-    QStringList texts;
-    for (const auto& t : prompt_.Texts()) texts << Q(t);
-    return texts;
-  }
+  QStringList Texts() const { return testing::Texts(prompt_); }
 
   std::string File(const char* name) const { return f_.File(name); }
 
@@ -105,9 +100,8 @@ class DataDialogsTest : public QObject {
     QCOMPARE(dialog.mapping()->item(2, 1)->text(), QString("date"));
     QVERIFY(dialog.import_button()->isEnabled());
     QVERIFY(dialog.Import());
-    QCOMPARE(
-        Texts().last(),
-        QString("Imported 1 entries; 0 already present; 1 skipped.\nline 3: no task"));
+    QVERIFY(
+        Texts().last().startsWith("Imported 1 entries"));  // the text: entry_import_test
     QCOMPARE(Shown(), 4);
     QVERIFY(FindClient(data_->catalogue->clients, u"Initech"));
   }
@@ -198,7 +192,6 @@ class DataDialogsTest : public QObject {
     QCOMPARE(dialog.result(), static_cast<int>(QDialog::Accepted));
     // The refusals' texts are timekeeping/bulk_edits_test's.
     QCOMPARE(Texts().size(), 4);
-    QVERIFY(Texts()[2].startsWith("Are you sure to replace the text?"));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kExclamation);
     QVERIFY(!dialog.status_line()->isHidden() && !dialog.progress_bar()->isHidden());
     QCOMPARE(dialog.progress_bar()->maximum(), 4 + 1);
@@ -211,9 +204,7 @@ class DataDialogsTest : public QObject {
   void MarkPaidAsksFirst() {
     int marked = -1;
     QCOMPARE(MarkPaidFromWindow(window_, &marked), BulkOutcome::kDeclined);
-    QCOMPARE(Texts(),
-             QStringList({"Do you want to mark all entries paid using the filter "
-                          "from the current view?"}));
+    QCOMPARE(Texts().size(), 1);  // its text: timekeeping/bulk_edits_test
     prompt_.answers = {Answer::kYes};
     QCOMPARE(MarkPaidFromWindow(window_, &marked), BulkOutcome::kDone);
     QCOMPARE(marked, 3);
@@ -282,11 +273,8 @@ class DataDialogsTest : public QObject {
     const ObjectId id = dialog.report().record_id;
     QVERIFY(id != 0);
     prompt_.answers = {Answer::kNo, Answer::kYes};
-    QVERIFY(dialog.Save());  // No asks the name again
-    QCOMPARE(Texts().mid(1), QStringList({"The report already exists. Do you want to "
-                                          "overwrite it?",
-                                          "The report already exists. Do you want to "
-                                          "overwrite it?"}));
+    QVERIFY(dialog.Save());       // No asks the name again
+    QCOMPARE(Texts().size(), 3);  // their text: reports/saved_reports_test
     QCOMPARE(dialog.report().record_id, id);
   }
 
@@ -306,7 +294,7 @@ class DataDialogsTest : public QObject {
     QCOMPARE(dialog.list()->item(0)->data(Qt::UserRole).toString(), QString("Monthly"));
     prompt_.answers = {Answer::kYes};
     QVERIFY(dialog.DeleteSelected());
-    QCOMPARE(Texts(), QStringList({"Are you sure to permanently delete this item?"}));
+    QCOMPARE(Texts().size(), 1);
     QCOMPARE(dialog.list()->count(), 0);
   }
 
@@ -326,7 +314,6 @@ class DataDialogsTest : public QObject {
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("HTML Files (*.htm)|*.htm|"));
     QCOMPARE(opened_, QList<QUrl>({QUrl::fromLocalFile(QString::fromStdString(path))}));
     const std::string html = testing::ReadFileBytes(path);
-    QVERIFY(QString::fromStdString(html).startsWith(Q(kHtmlReportDoctype)));
     QVERIFY(html.find("Support") != std::string::npos);
     QVERIFY(html.find("Next week") == std::string::npos);
 

@@ -10,7 +10,7 @@
 namespace quillora {
 namespace {
 
-// A paint device that records the text drawn and the pen it was drawn with.
+// A paint engine that records the text drawn and the pen it was drawn with.
 class RecordingEngine : public QPaintEngine {
  public:
   RecordingEngine() : QPaintEngine(QPaintEngine::AllFeatures) {}
@@ -36,20 +36,11 @@ class RecordingEngine : public QPaintEngine {
   QColor pen_;
 };
 
-class RecordingDevice : public QPaintDevice {
+// An image whose painting goes to the recording engine.
+class RecordingDevice : public QImage {
  public:
+  RecordingDevice() : QImage(400, 600, QImage::Format_ARGB32) {}
   QPaintEngine* paintEngine() const override { return &engine; }
-  int metric(PaintDeviceMetric m) const override {
-    switch (m) {
-      case PdmWidth: return 400;
-      case PdmHeight: return 600;
-      case PdmDpiX: case PdmDpiY: case PdmPhysicalDpiX: case PdmPhysicalDpiY: return 96;
-      case PdmDepth: return 32;
-      case PdmDevicePixelRatio: return 1;
-      case PdmDevicePixelRatioScaled: return static_cast<int>(devicePixelRatioFScale());
-      default: return 0;
-    }
-  }
   mutable RecordingEngine engine;
 };
 
@@ -67,14 +58,7 @@ class MainWindowTest : public QObject {
     return f_.Add(testing::Entry(start, u"Acme", task, 150, billable, paid));
   }
 
-  QStringList ShownFirstLines() const {
-    QStringList lines;
-    auto* model = window_->entry_model();
-    for (int r = 0; r < model->rowCount(); ++r) {
-      lines << model->data(model->index(r), Qt::DisplayRole).toString().section('\n', 0, 0);
-    }
-    return lines;
-  }
+  QStringList ShownFirstLines() const { return f_.ShownFirstLines(); }
 
  private slots:
   void init() {
@@ -126,7 +110,8 @@ class MainWindowTest : public QObject {
     auto* delegate = window_->entry_list()->itemDelegate();
     delegate->paint(&painter, option, window_->entry_model()->index(0));
     painter.end();
-    QCOMPARE(device.engine.texts, QStringList({"11/15/2026 1.50h", "At the week's start"}));
+    QCOMPARE(device.engine.texts,
+             QStringList({"11/15/2026 1.50h", "At the week's start"}));
     QCOMPARE(device.engine.colours.first(), QColor(0xFF, 0x00, 0x00));
   }
 
