@@ -307,12 +307,8 @@ class CatalogueDialogTest : public QObject {
                  {window.actions().rates, "Rate Setup"}};
     for (const auto& c : cases) {
       QString title;
-      QTimer::singleShot(0, [&] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (!modal) return;
-        title = modal->windowTitle();
-        qobject_cast<QDialog*>(modal)->reject();
-      });
+      testing::OnModal(
+          this, [&](QWidget* modal) { title = modal ? modal->windowTitle() : ""; });
       c.action->trigger();
       QCOMPARE(title, c.title);
     }

@@ -1,5 +1,5 @@
-// The entry editor, notes, copy and the timers dialog offscreen: the
-// editor's refusals, notes with a drawing, and the timers' buttons.
+// The entry editor, notes and copy offscreen: the editor's refusals, its
+// fields, notes with a drawing, opening an item and copying it.
 #include <sys/stat.h>
 
 #include <QApplication>
@@ -8,11 +8,8 @@
 #include <QtTest>
 
 #include "app/gui/copy_entry_dialog.h"
-#include "app/gui/entry_commands.h"
 #include "app/gui/entry_editor_dialog.h"
 #include "app/gui/qt_text.h"
-#include "app/gui/timer_commands.h"
-#include "app/gui/window_commands.h"
 #include "app/gui/window_test_fixture.h"
 #include "platform/text.h"
 #include "store/string_table.h"
@@ -29,8 +26,6 @@ class EntryDialogsTest : public QObject {
   FixedClock* clock_ = nullptr;
   MainWindow* window_ = nullptr;
   testing::FakePrompt& prompt_ = f_.prompt();
-  EntryCommands* commands_ = nullptr;
-  TimerCommands* timers_ = nullptr;
 
   EditorServices Services() {
     return {*data_->catalogue, data_->settings, *data_->locale, prompt_, *clock_};
@@ -53,48 +48,10 @@ class EntryDialogsTest : public QObject {
     data_->settings.default_currency = u"USD";
     QVERIFY(f_.OpenWindow());
     window_ = &f_.window();
-    commands_ = window_->findChild<EntryCommands*>("entryCommands");
-    QVERIFY(commands_ != nullptr);
-    timers_ = window_->findChild<TimerCommands*>("timerCommands");
-    timers_->hub().StopTicking();
     prompt_ = testing::FakePrompt();
   }
 
   void cleanup() { f_.Close(); }
-
-  void TimerButtonsFollowTheState() {
-    TimersDialogWidget dialog(timers_->hub(), *data_->locale, prompt_);
-    struct Step {
-      const char* what;
-      QPushButton* button;
-      bool record_on, record_down, pause_on, pause_down, complete_on;
-    };
-    const Step steps[] = {
-        {"opened", nullptr, true, false, false, false, false},
-        {"record", dialog.record_button(), false, true, true, false, true},
-        {"pause", dialog.pause_button(), false, true, true, true, true},
-        {"resume", dialog.pause_button(), false, true, true, false, true},
-    };
-    for (const Step& s : steps) {
-      if (s.button) s.button->click();
-      QVERIFY2(dialog.record_button()->isEnabled() == s.record_on, s.what);
-      QVERIFY2(dialog.record_button()->isChecked() == s.record_down, s.what);
-      QVERIFY2(dialog.pause_button()->isEnabled() == s.pause_on, s.what);
-      QVERIFY2(dialog.pause_button()->isChecked() == s.pause_down, s.what);
-      QVERIFY2(dialog.complete_button()->isEnabled() == s.complete_on, s.what);
-    }
-    QCOMPARE(dialog.start_label()->text(), QString("Start: 9:00 AM"));
-    // "Reset Timer": No keeps the timer, Yes clears it and the note.
-    dialog.note_edit()->SetText("kept");
-    prompt_.answers = {Answer::kNo, Answer::kYes};
-    dialog.reset_button()->click();
-    QCOMPARE(timers_->hub().timers().slot(0).state, kTimerRecording);
-    dialog.reset_button()->click();
-    QCOMPARE(timers_->hub().timers().slot(0).state, kTimerIdle);
-    QCOMPARE(dialog.note_edit()->Text(), QString());
-    QCOMPARE(prompt_.shown.size(), std::size_t{2});
-    QCOMPARE(dialog.start_label()->text(), QString("Start: <>"));
-  }
 
   // A refused OK brings back the refused field's page (the checks, their
   // order and texts are timekeeping/entry_editor_test's); then it saves.

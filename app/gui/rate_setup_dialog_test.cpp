@@ -97,23 +97,6 @@ class RateSetupDialogTest : public QObject {
     QCOMPARE(dialog_->tree()->currentItem()->text(0), QString("Consulting (1.14)"));
   }
 
-  void NewRateGoesToTheSelectedClient() {
-    QVERIFY(dialog_->Select(acme_));
-    script_.push_back([](QDialog& d) {
-      auto* edit = qobject_cast<RateEditDialog*>(&d);
-      edit->type()->setCurrentIndex(4);
-      edit->description()->setText("Consulting");  // only the defaults have it
-      edit->value()->setText(" 7.5 ");
-      edit->accept();
-      return edit->result();
-    });
-    dialog_->NewRate();
-    QVERIFY(prompt_.shown.empty());
-    QCOMPARE(Lines(dialog_->tree()),
-             QStringList({"(Default Rates)", "  Consulting (25.50)", "Acme",
-                          "  Audit (500.00)", "  Consulting (7.50)", "Zeta"}));
-  }
-
   void EditingKeepsTheFlagAndIsNotItsOwnDuplicate() {
     QVERIFY(dialog_->Select(acme_, "Audit (500.00)"));
     QString shown_value;
