@@ -47,7 +47,6 @@ class DataDialogsTest : public QObject {
 
  private slots:
   void init() {
-    prompt_ = testing::FakePrompt();
     opened_.clear();
     SetUrlOpener([this](const QUrl& url) {
       opened_ << url;

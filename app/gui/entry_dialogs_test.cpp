@@ -48,10 +48,7 @@ class EntryDialogsTest : public QObject {
     data_->settings.default_currency = u"USD";
     QVERIFY(f_.OpenWindow());
     window_ = &f_.window();
-    prompt_ = testing::FakePrompt();
   }
-
-  void cleanup() { f_.Close(); }
 
   // A refused OK brings back the refused field's page (the checks, their
   // order and texts are timekeeping/entry_editor_test's); then it saves.

@@ -74,8 +74,6 @@ class MainWindowTest : public QObject {
     window_ = &f_.window();
   }
 
-  void cleanup() { f_.Close(); }
-
   void WeekViewListsThePeriodsEntries() {
     QCOMPARE(window_->entry_model()->rowCount(), 2);
     QCOMPARE(window_->period_bar()->caption(), QString("Week Of Nov 15, 2026"));
@@ -119,11 +117,7 @@ class MainWindowTest : public QObject {
     Add(At(2026, 11, 16), u"Another", false, false);
     const auto tasks = [this] {
       QStringList tasks;
-      auto* model = window_->entry_model();
-      for (int r = 0; r < model->rowCount(); ++r) {
-        const QString item = model->data(model->index(r), Qt::DisplayRole).toString();
-        tasks << item.section('\n', 1, 1);
-      }
+      for (const TimeEntry& e : f_.Shown()) tasks << testing::Q(e.task);
       return tasks;
     };
     window_->Reload();
@@ -132,10 +126,8 @@ class MainWindowTest : public QObject {
     f_.data().settings.list_style = 1;  // compact: two lines an item
     window_->Reload();
     QCOMPARE(tasks(), QStringList({"Another", "At the week's start", "Wednesday"}));
-    QCOMPARE(window_->entry_model()
-                 ->data(window_->entry_model()->index(0), Qt::DisplayRole)
-                 .toString()
-                 .count('\n'),
+    const QModelIndex first = window_->entry_model()->index(0);
+    QCOMPARE(window_->entry_model()->data(first, Qt::DisplayRole).toString().count('\n'),
              1);
   }
 

@@ -70,10 +70,7 @@ class OptionsCommandsTest : public QObject {
     Add(At(2026, 11, 22), u"Acme", u"Website", 300, true, false);  // next week
     QVERIFY(f_.OpenWindow());
     window_ = &f_.window();
-    prompt_ = testing::FakePrompt();
   }
-
-  void cleanup() { f_.Close(); }
 
   void OptionsPagesShowTheirLabelsAndLists() {
     std::unique_ptr<OptionsDialog> dialog = MakeOptionsDialog(window_);

@@ -66,8 +66,6 @@ class TableViewTest : public QObject {
     QVERIFY(f_.OpenWindow());
   }
 
-  void cleanup() { f_.Close(); }
-
   void FirstStartCoversTheWorkArea() {
     const QRect work(0, 26, 1366, 742);
     W().RestoreLayout(work);

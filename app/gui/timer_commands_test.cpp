@@ -53,10 +53,7 @@ class TimerCommandsTest : public QObject {
     QVERIFY(commands_ != nullptr);
     commands_->hub().StopTicking();
     timers().Tick();  // the previous tick: from now on a tick counts the clock
-    prompt_ = testing::FakePrompt();
   }
-
-  void cleanup() { f_.Close(); }
 
   void TitleTooltipAndButtonFollowTheTimers() {
     const struct {

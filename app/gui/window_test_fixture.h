@@ -62,9 +62,11 @@ inline TimeEntry Entry(FileTime start, std::u16string client, std::u16string tas
 
 class WindowFixture {
  public:
-  // A fresh data folder; the clock stands at `now`. False when the folder
-  // cannot be opened.
+  // A fresh data folder, the previous test's window and folder closed; the
+  // clock stands at `now`; the prompt has shown nothing. False when the
+  // folder cannot be opened.
   bool OpenData(const SystemTime& now) {
+    Close();
     dir_ = std::make_unique<TempDir>();
     data_ = std::make_unique<DataContext>();
     clock_ = std::make_unique<FixedClock>(now);
