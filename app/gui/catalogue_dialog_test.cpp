@@ -41,14 +41,11 @@ QStringList Lines(const QTreeWidgetItem* item, int depth = 0) {
   return lines;
 }
 
-class CatalogueDialogTest : public QObject {
+class CatalogueDialogTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  DataContext* data_ = nullptr;
   std::unique_ptr<CatalogueDialog> dialog_;
-  testing::FakePrompt& prompt_ = f_.prompt();
   // What each dialog the commands show does, in order.
   std::deque<std::function<int(QDialog&)>> script_;
   ClientId acme_ = 0;
@@ -82,8 +79,7 @@ class CatalogueDialogTest : public QObject {
 
  private slots:
   void init() {
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
-    data_ = &f_.data();
+    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
     QVERIFY(OpenCatalogue(data_));
     acme_ = AddClient(cat().clients, u"Acme");
     AddClient(cat().clients, u"Globex");
@@ -99,7 +95,7 @@ class CatalogueDialogTest : public QObject {
 
   void cleanup() {
     dialog_.reset();
-    f_.Close();
+    Close();
   }
 
   void TreeShowsClientsWithTheirThreeGroups() {
@@ -208,7 +204,7 @@ class CatalogueDialogTest : public QObject {
   }
 
   void ImportAddsTheFilesNamesUnderTheSelection() {
-    const std::string path = f_.File("projects.txt");
+    const std::string path = File("projects.txt");
     testing::WriteFileBytes(path, "Alpha\nWeb\n");
     QVERIFY(dialog_->Select({"Acme", "Contacts", "Sam"}));
     script_.push_back([](QDialog& d) {
@@ -228,7 +224,7 @@ class CatalogueDialogTest : public QObject {
 
   void ImportWithoutAClientOffersOnlyClients() {
     dialog_->tree()->setCurrentItem(nullptr);
-    const std::string path = f_.File("clients.txt");
+    const std::string path = File("clients.txt");
     testing::WriteFileBytes(path, "New\nGlobex\n");
     bool offered_others = true;
     script_.push_back([&](QDialog& d) {
@@ -277,7 +273,7 @@ class CatalogueDialogTest : public QObject {
   // The level, the formats' bytes and cancelling are list_files_test's: here
   // the dialog passes its selection and its format on.
   void ListExportWritesTheSelectedLevelInTheChosenFormat() {
-    const std::string path = f_.File("list.txt");
+    const std::string path = File("list.txt");
     QVERIFY(dialog_->Select({"Acme", "Projects", "Web", "Design"}));
     dialog_->SetListExportFormat(ListFileFormat::kUnicode);
     prompt_.files = {path};
@@ -288,8 +284,8 @@ class CatalogueDialogTest : public QObject {
   }
 
   void MainWindowOpensTheCatalogueCommands() {
-    QVERIFY(f_.OpenWindow());
-    MainWindow& window = f_.window();
+    QVERIFY(OpenWindow());
+    MainWindow& window = *window_;
     // Each opens its dialog modally; it is closed from inside.
     const struct {
       QAction* action;

@@ -25,25 +25,19 @@ namespace {
 using testing::At;
 using testing::Q;
 
-class DataDialogsTest : public QObject {
+class DataDialogsTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  DataContext* data_ = nullptr;
-  MainWindow* window_ = nullptr;
-  testing::FakePrompt& prompt_ = f_.prompt();
   QList<QUrl> opened_;
 
   void Add(FileTime start, const char16_t* client, const char16_t* task) {
-    f_.Add(testing::Entry(start, client, task));
+    WindowFixture::Add(testing::Entry(start, client, task));
   }
 
-  int Shown() const { return static_cast<int>(f_.Shown().size()); }
+  int ShownCount() const { return static_cast<int>(Shown().size()); }
 
   QStringList Texts() const { return testing::Texts(prompt_); }
-
-  std::string File(const char* name) const { return f_.File(name); }
 
  private slots:
   void init() {
@@ -53,8 +47,7 @@ class DataDialogsTest : public QObject {
       return true;
     });
     // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
-    data_ = &f_.data();
+    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
     QVERIFY(OpenCatalogue(data_));
     AddClient(data_->catalogue->clients, u"Acme");
     AddClient(data_->catalogue->clients, u"Globex");
@@ -62,13 +55,12 @@ class DataDialogsTest : public QObject {
     Add(At(2026, 11, 18, 9, 0, 1), u"Acme", u"Build");
     Add(At(2026, 11, 19, 9, 0, 1), u"Globex", u"Support");
     Add(At(2026, 11, 25, 9, 0, 1), u"Acme", u"Next week");
-    QVERIFY(f_.OpenWindow());
-    window_ = &f_.window();
-    QCOMPARE(Shown(), 3);
+    QVERIFY(OpenWindow());
+    QCOMPARE(ShownCount(), 3);
   }
 
   void cleanup() {
-    f_.Close();
+    Close();
     SetUrlOpener(nullptr);
   }
 
@@ -100,7 +92,7 @@ class DataDialogsTest : public QObject {
     QVERIFY(dialog.Import());
     QVERIFY(
         Texts().last().startsWith("Imported 1 entries"));  // the text: entry_import_test
-    QCOMPARE(Shown(), 4);
+    QCOMPARE(ShownCount(), 4);
     QVERIFY(FindClient(data_->catalogue->clients, u"Initech"));
   }
 
@@ -141,13 +133,13 @@ class DataDialogsTest : public QObject {
     prompt_.files.push_back(File("week.qra"));
     QCOMPARE(RunWindowArchive(window_, request), BackupOutcome::kDone);
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("Archive Files (*.qra)|*.qra|"));
-    QCOMPARE(Shown(), 0);  // the view was read again
+    QCOMPARE(ShownCount(), 0);  // the view was read again
 
     prompt_.files.push_back(File("week.qra"));
     QCOMPARE(ArchiveRestoreFromWindow(window_), static_cast<int>(kRestoreOk));
     QCOMPARE(Texts(), QStringList({"Archive file has been restored."}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kInformation);
-    QCOMPARE(Shown(), 3);
+    QCOMPARE(ShownCount(), 3);
   }
 
   void ArchiveRestoreRefusesABackup() {
@@ -171,7 +163,7 @@ class DataDialogsTest : public QObject {
                                    RestoreOfferText(backup)}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kExclamation);
     QVERIFY(prompt_.choosers.empty());  // the handed file answers the chooser
-    QCOMPARE(Shown(), 6);               // restored once
+    QCOMPARE(ShownCount(), 6);          // restored once
   }
 
   void FindAndReplaceChecksThenRuns() {
@@ -196,7 +188,7 @@ class DataDialogsTest : public QObject {
     QCOMPARE(dialog.progress_bar()->value(), 4 + 1);
     QVERIFY(!dialog.type_box()->isEnabled() && !dialog.find_box()->isEnabled());
     QCOMPARE(dialog.counts().entries_changed, 3);
-    QCOMPARE(f_.Shown().at(0).client, std::u16string(u"Acme Inc"));
+    QCOMPARE(Shown().at(0).client, std::u16string(u"Acme Inc"));
   }
 
   void MarkPaidAsksFirst() {
@@ -206,7 +198,7 @@ class DataDialogsTest : public QObject {
     prompt_.answers = {Answer::kYes};
     QCOMPARE(MarkPaidFromWindow(window_, &marked), BulkOutcome::kDone);
     QCOMPARE(marked, 3);
-    for (const TimeEntry& e : f_.Shown()) QVERIFY(e.paid);
+    for (const TimeEntry& e : Shown()) QVERIFY(e.paid);
   }
 
   void DeleteDataByClients() {
@@ -220,13 +212,13 @@ class DataDialogsTest : public QObject {
     DeleteCriteria criteria;
     QVERIFY(DeleteCriteriaOf(dialog, prompt_, &criteria));
     QCOMPARE(RunWindowDeleteData(window_, criteria), BulkOutcome::kDeclined);
-    QCOMPARE(Shown(), 3);
+    QCOMPARE(ShownCount(), 3);
     QCOMPARE(prompt_.shown.size(), 1u);  // its text: timekeeping/bulk_edits_test
     prompt_.answers = {Answer::kOk};
     int deleted = 0;
     QCOMPARE(RunWindowDeleteData(window_, criteria, &deleted), BulkOutcome::kDone);
     QCOMPARE(deleted, 3);  // the next week's Acme entry too
-    QCOMPARE(Shown(), 1);
+    QCOMPARE(ShownCount(), 1);
   }
 
   void ReportEditorFollowsTheType() {
@@ -381,7 +373,7 @@ class DataDialogsTest : public QObject {
     NoticeOf(window_)->open_folder_button()->click();
     QCOMPARE(opened_.mid(opened_.size() - 2),
              QList<QUrl>({QUrl::fromLocalFile(QString::fromStdString(File("w.csv"))),
-                          QUrl::fromLocalFile(QString::fromStdString(f_.dir().path()))}));
+                          QUrl::fromLocalFile(QString::fromStdString(dir().path()))}));
   }
 
   void HelpOpensAtItsTopics() {

@@ -17,16 +17,10 @@
 namespace quillora {
 namespace {
 
-class EntryDialogsTest : public QObject {
+class EntryDialogsTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  DataContext* data_ = nullptr;
-  FixedClock* clock_ = nullptr;
-  MainWindow* window_ = nullptr;
-  testing::FakePrompt& prompt_ = f_.prompt();
-
   EditorServices Services() {
     return {*data_->catalogue, data_->settings, *data_->locale, prompt_, *clock_};
   }
@@ -35,19 +29,14 @@ class EntryDialogsTest : public QObject {
     testing::OnModal(this, std::move(body));
   }
 
-  std::vector<TimeEntry> Shown() const { return f_.Shown(); }
-
  private slots:
   void init() {
     // Wednesday 2026-11-18; the week runs from Sunday the 15th.
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
-    data_ = &f_.data();
-    clock_ = &f_.clock();
+    QVERIFY(OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
     data_->settings.option_bits |= kOptionGranularity;
     data_->settings.granularity = 15;
     data_->settings.default_currency = u"USD";
-    QVERIFY(f_.OpenWindow());
-    window_ = &f_.window();
+    QVERIFY(OpenWindow());
   }
 
   // A refused OK brings back the refused field's page (the checks, their
@@ -116,7 +105,7 @@ class EntryDialogsTest : public QObject {
     struct stat st {};
     QCOMPARE(::stat(QFile::encodeName(dialog.document_folder()).constData(), &st), 0);
     QCOMPARE(st.st_mode & 0777, 0700u);
-    dialog.SetDocumentFolder(ToQString(FromUtf8(f_.dir().path())));
+    dialog.SetDocumentFolder(ToQString(FromUtf8(dir().path())));
     QString opened;
     dialog.SetDocumentOpener([&](const QString& path) {
       opened = path;
@@ -139,7 +128,7 @@ class EntryDialogsTest : public QObject {
 
     prompt_.shown.clear();
     opened.clear();
-    dialog.SetDocumentFolder(ToQString(FromUtf8(f_.dir().path())) + "/missing");
+    dialog.SetDocumentFolder(ToQString(FromUtf8(dir().path())) + "/missing");
     QVERIFY(!dialog.EditInWord());
     QVERIFY(opened.isEmpty());
     QCOMPARE(ToQString(prompt_.Texts().at(0)),

@@ -47,31 +47,25 @@ class RecordingDevice : public QImage {
 using testing::At;
 
 // The handheld's item list (ListStyle 2) over a week of four entries.
-class MainWindowTest : public QObject {
+class MainWindowTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  MainWindow* window_ = nullptr;
-
   ObjectId Add(FileTime start, const char16_t* task, bool billable, bool paid) {
-    return f_.Add(testing::Entry(start, u"Acme", task, 150, billable, paid));
+    return WindowFixture::Add(testing::Entry(start, u"Acme", task, 150, billable, paid));
   }
-
-  QStringList ShownFirstLines() const { return f_.ShownFirstLines(); }
 
  private slots:
   void init() {
     // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
-    f_.data().settings.display.paid_colour = 5;  // FF0000
-    f_.data().settings.list_style = kListStyleItems;
+    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    data_->settings.display.paid_colour = 5;  // FF0000
+    data_->settings.list_style = kListStyleItems;
     Add(At(2026, 11, 15), u"At the week's start", true, true);
     Add(At(2026, 11, 18, 9, 0, 1), u"Wednesday", true, false);
     Add(At(2026, 11, 22), u"Next week", false, false);
     Add(At(2026, 11, 14, 23, 59, 59), u"Last week", false, false);
-    QVERIFY(f_.OpenWindow());
-    window_ = &f_.window();
+    QVERIFY(OpenWindow());
   }
 
   void WeekViewListsThePeriodsEntries() {
@@ -92,7 +86,7 @@ class MainWindowTest : public QObject {
     window_->actions().view_day->trigger();
     QCOMPARE(window_->period().Kind(), PeriodKind::kDay);
     QCOMPARE(window_->entry_model()->rowCount(), 0);
-    QCOMPARE(f_.data().settings.view, 1u);
+    QCOMPARE(data_->settings.view, 1u);
   }
 
   void TheListDrawsTheLinesInTheStatusColour() {
@@ -117,13 +111,13 @@ class MainWindowTest : public QObject {
     Add(At(2026, 11, 16), u"Another", false, false);
     const auto tasks = [this] {
       QStringList tasks;
-      for (const TimeEntry& e : f_.Shown()) tasks << testing::Q(e.task);
+      for (const TimeEntry& e : Shown()) tasks << testing::Q(e.task);
       return tasks;
     };
     window_->Reload();
     QCOMPARE(tasks(), QStringList({"At the week's start", "Another", "Wednesday"}));
-    f_.data().settings.sort = 3;        // by task
-    f_.data().settings.list_style = 1;  // compact: two lines an item
+    data_->settings.sort = 3;        // by task
+    data_->settings.list_style = 1;  // compact: two lines an item
     window_->Reload();
     QCOMPARE(tasks(), QStringList({"Another", "At the week's start", "Wednesday"}));
     const QModelIndex first = window_->entry_model()->index(0);
@@ -133,7 +127,7 @@ class MainWindowTest : public QObject {
 
   void AChangeFromAnotherProcessShowsUp() {
     std::string error;
-    auto other = OpenSqliteObjectStore(f_.File("data") + "/quillora.db", &error);
+    auto other = OpenSqliteObjectStore(File("data") + "/quillora.db", &error);
     QVERIFY(other);
     EntryStore store(*other);
     QVERIFY(store.Open());
@@ -147,13 +141,13 @@ class MainWindowTest : public QObject {
 
   void DeletingAsksFirst() {
     window_->entry_list()->setCurrentIndex(window_->entry_model()->index(1));
-    f_.prompt().answers = {Answer::kNo};
+    prompt_.answers = {Answer::kNo};
     window_->actions().delete_entry->trigger();
     QCOMPARE(window_->entry_model()->rowCount(), 2);
-    f_.prompt().answers = {Answer::kYes};
+    prompt_.answers = {Answer::kYes};
     window_->actions().delete_entry->trigger();
     QTRY_COMPARE(window_->entry_model()->rowCount(), 1);
-    QCOMPARE(f_.prompt().shown.back().text,
+    QCOMPARE(prompt_.shown.back().text,
              std::u16string(u"Are you sure to permanently delete this item?"));
   }
 

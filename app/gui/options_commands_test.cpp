@@ -39,37 +39,28 @@ bool TriggerWithModal(QAction* action, const std::function<void(D*)>& act) {
   return found;
 }
 
-class OptionsCommandsTest : public QObject {
+class OptionsCommandsTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  DataContext* data_ = nullptr;
-  MainWindow* window_ = nullptr;
-  testing::FakePrompt& prompt_ = f_.prompt();
-
   void Add(FileTime start, const char16_t* client, const char16_t* project,
            std::uint32_t duration, bool billable, bool paid) {
     TimeEntry e = testing::Entry(start, client, u"", duration, billable, paid);
     e.project = project;
     e.rate = 1000;
-    f_.Add(e);
+    WindowFixture::Add(e);
   }
-
-  QStringList ShownFirstLines() const { return f_.ShownFirstLines(); }
 
  private slots:
   void init() {
     // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
-    data_ = &f_.data();
+    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
     data_->settings.list_style = kListStyleItems;  // the options shape the items
     Add(At(2026, 11, 15), u"Acme", u"Website", 150, true, true);
     Add(At(2026, 11, 18, 9, 0, 1), u"Globex", u"website", 50, true, false);
     Add(At(2026, 11, 19), u"Acme", u"", 100, false, false);
     Add(At(2026, 11, 22), u"Acme", u"Website", 300, true, false);  // next week
-    QVERIFY(f_.OpenWindow());
-    window_ = &f_.window();
+    QVERIFY(OpenWindow());
   }
 
   void OptionsPagesShowTheirLabelsAndLists() {
@@ -284,7 +275,7 @@ class OptionsCommandsTest : public QObject {
     std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_);
     QCOMPARE(dialog->save_button()->property("command").toInt(),
              kCommandExportSummaryCsv);
-    const std::string path = f_.File("summary.csv");
+    const std::string path = File("summary.csv");
     prompt_.files.push_back(path);
     dialog->save_button()->click();
     QCOMPARE(prompt_.choosers.size(), std::size_t{1});

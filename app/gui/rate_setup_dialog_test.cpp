@@ -24,34 +24,32 @@ QStringList Lines(const QTreeWidget* tree) {
   return lines;
 }
 
-class RateSetupDialogTest : public QObject {
+class RateSetupDialogTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
   std::unique_ptr<RateSetupDialog> dialog_;
-  testing::FakePrompt& prompt_ = f_.prompt();
   std::deque<std::function<int(QDialog&)>> script_;
   ClientId acme_ = 0;
 
-  RateStore& rates() { return f_.data().catalogue->rates; }
+  RateStore& rates() { return data_->catalogue->rates; }
 
  private slots:
   void init() {
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
-    QVERIFY(OpenCatalogue(&f_.data()));
-    AddClient(f_.data().catalogue->clients, u"Zeta");
-    acme_ = AddClient(f_.data().catalogue->clients, u"Acme");
+    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    QVERIFY(OpenCatalogue(&*data_));
+    AddClient(data_->catalogue->clients, u"Zeta");
+    acme_ = AddClient(data_->catalogue->clients, u"Acme");
     AddRate(rates(), 0, 25.5, 0, u"Consulting", false);
     AddRate(rates(), 3, 500, acme_, u"Audit", true);
     script_.clear();
-    dialog_ = std::make_unique<RateSetupDialog>(f_.data(), prompt_);
+    dialog_ = std::make_unique<RateSetupDialog>(*data_, prompt_);
     dialog_->SetDialogRunner(testing::RunFrom(&script_));
   }
 
   void cleanup() {
     dialog_.reset();
-    f_.Close();
+    Close();
   }
 
   void TreeListsDefaultRatesThenClientsByName() {

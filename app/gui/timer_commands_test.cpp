@@ -16,14 +16,10 @@
 namespace quillora {
 namespace {
 
-class TimerCommandsTest : public QObject {
+class TimerCommandsTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  MainWindow* window_ = nullptr;
-  FixedClock* clock_ = nullptr;
-  testing::FakePrompt& prompt_ = f_.prompt();
   TimerCommands* commands_ = nullptr;
   int seconds_ = 0;  // the clock, in seconds after 9:00
 
@@ -44,11 +40,9 @@ class TimerCommandsTest : public QObject {
 
  private slots:
   void init() {
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
-    clock_ = &f_.clock();
+    QVERIFY(OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
     seconds_ = 0;
-    QVERIFY(f_.OpenWindow());
-    window_ = &f_.window();
+    QVERIFY(OpenWindow());
     commands_ = window_->findChild<TimerCommands*>("timerCommands");
     QVERIFY(commands_ != nullptr);
     commands_->hub().StopTicking();
@@ -89,7 +83,7 @@ class TimerCommandsTest : public QObject {
   }
 
   void TimerButtonsFollowTheState() {
-    TimersDialogWidget dialog(commands_->hub(), *f_.data().locale, prompt_);
+    TimersDialogWidget dialog(commands_->hub(), *data_->locale, prompt_);
     struct Step {
       const char* what;
       QPushButton* button;
@@ -208,15 +202,15 @@ class TimerCommandsTest : public QObject {
              QString("Discard the timed entry (1:12:10)?"));
     QCOMPARE(prompt_.shown[0].default_answer, Answer::kNo);
     QCOMPARE(timers().slot(1).state, kTimerIdle);
-    QVERIFY(f_.Shown().empty());
+    QVERIFY(Shown().empty());
   }
 
   // "Task Complete" in the dialog opens the editor on a new entry with the
   // timer's start and note (with its drawing); OK saves it, with the new-entry defaults,
   // into the view and selects it; the timer is free again.
   void TimedEntryCarriesTheNewEntryDefaults() {
-    f_.data().settings.option_bits |= kOptionBillable;
-    f_.data().settings.default_currency = u"EUR";
+    data_->settings.option_bits |= kOptionBillable;
+    data_->settings.default_currency = u"EUR";
     bool edited = false;
     testing::OnModal(this, [&](QWidget* widget) {
       auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
@@ -250,7 +244,7 @@ class TimerCommandsTest : public QObject {
     QVERIFY(edited);
     QCOMPARE(timers().slot(1).state, kTimerIdle);
     QVERIFY(!window_->actions().timers->isChecked());
-    const std::vector<TimeEntry> shown = f_.Shown();
+    const std::vector<TimeEntry> shown = Shown();
     QCOMPARE(shown.size(), std::size_t{1});
     QVERIFY(shown[0].billable && HasStartTime(shown[0]));
     QCOMPARE(ToQString(shown[0].currency), QString("EUR"));

@@ -60,6 +60,8 @@ inline TimeEntry Entry(FileTime start, std::u16string client, std::u16string tas
   return e;
 }
 
+// The base of each window test class: a fresh data folder per test, the main
+// window over it and the scripted prompt.
 class WindowFixture {
  public:
   // A fresh data folder, the previous test's window and folder closed; the
@@ -68,11 +70,13 @@ class WindowFixture {
   bool OpenData(const SystemTime& now) {
     Close();
     dir_ = std::make_unique<TempDir>();
-    data_ = std::make_unique<DataContext>();
-    clock_ = std::make_unique<FixedClock>(now);
+    data_owner_ = std::make_unique<DataContext>();
+    clock_owner_ = std::make_unique<FixedClock>(now);
+    data_ = data_owner_.get();
+    clock_ = clock_owner_.get();
     prompt_ = FakePrompt();
     std::string error;
-    return OpenDataContext(dir_->File("data"), data_.get(), &error);
+    return OpenDataContext(dir_->File("data"), data_, &error);
   }
 
   // Stores the entry; its record id.
@@ -83,20 +87,25 @@ class WindowFixture {
     return store.current_record_id();
   }
 
-  // Makes the window, its commands wired (`wired`) or not, the prompt
-  // scripted, and opens it on the data.
+  // Makes the window (a window made before goes first), its commands wired
+  // (`wired`) or not, the prompt scripted, and opens it on the data.
   bool OpenWindow(bool wired = true) {
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    if (wired) WireWindowCommands(window_.get());
+    window_owner_.reset();
+    window_owner_ = std::make_unique<MainWindow>(*data_, *clock_);
+    window_ = window_owner_.get();
+    if (wired) WireWindowCommands(window_);
     window_->SetPrompt(&prompt_);
     return window_->Open();
   }
 
   void Close() {
-    window_.reset();
-    data_.reset();
-    clock_.reset();
+    window_owner_.reset();
+    data_owner_.reset();
+    clock_owner_.reset();
     dir_.reset();
+    window_ = nullptr;
+    data_ = nullptr;
+    clock_ = nullptr;
   }
 
   std::string File(const char* name) const { return dir_->File(name); }
@@ -123,18 +132,18 @@ class WindowFixture {
     }
     return lines;
   }
-  DataContext& data() { return *data_; }
-  FixedClock& clock() { return *clock_; }
-  MainWindow& window() { return *window_; }
-  FakePrompt& prompt() { return prompt_; }
-  std::unique_ptr<MainWindow>& window_ptr() { return window_; }
+
+ protected:
+  DataContext* data_ = nullptr;
+  FixedClock* clock_ = nullptr;
+  MainWindow* window_ = nullptr;
+  FakePrompt prompt_;
 
  private:
   std::unique_ptr<TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  FakePrompt prompt_;
+  std::unique_ptr<DataContext> data_owner_;
+  std::unique_ptr<FixedClock> clock_owner_;
+  std::unique_ptr<MainWindow> window_owner_;
 };
 
 }  // namespace quillora::testing
