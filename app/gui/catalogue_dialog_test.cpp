@@ -63,7 +63,6 @@ class CatalogueDialogTest : public QObject, public testing::WindowFixture {
     }
     return lines;
   }
-  QStringList Shown() { return testing::Texts(prompt_); }
   // A name dialog: each text in turn is typed and OK pressed.
   void ScriptName(QStringList texts) {
     script_.push_back([texts](QDialog& d) {
@@ -141,7 +140,7 @@ class CatalogueDialogTest : public QObject, public testing::WindowFixture {
         ClientLines("Globex"),
         QStringList({"Globex", "  Projects", "    Audit", "      Review", "      Report",
                      "  Tasks", "    Mail", "  Contacts", "    Lee", "    Kim"}));
-    QVERIFY(Shown().isEmpty());
+    QVERIFY(Texts().isEmpty());
   }
 
   // A blank name leaves the name dialog open for another try; the renamed
@@ -151,7 +150,7 @@ class CatalogueDialogTest : public QObject, public testing::WindowFixture {
     ScriptName({"", "Samuel"});
     dialog_->RenameItem();
     QCOMPARE(ClientLines("Acme").mid(7), QStringList({"  Contacts", "    Samuel"}));
-    QCOMPARE(Shown(), QStringList({ToQString(kBlank)}));
+    QCOMPARE(Texts(), QStringList({ToQString(kBlank)}));
     QVERIFY(dialog_->Select({"Acme"}));
     ScriptName({"Acme Corp"});
     dialog_->RenameItem();
@@ -171,7 +170,7 @@ class CatalogueDialogTest : public QObject, public testing::WindowFixture {
     QVERIFY(dialog_->Select({"Acme", "Contacts"}));
     prompt_.answers = {Answer::kYes};
     dialog_->DeleteItem();
-    QCOMPARE(Shown(), QStringList({ToQString(kDeleteList)}));
+    QCOMPARE(Texts(), QStringList({ToQString(kDeleteList)}));
     QCOMPARE(ClientLines("Acme"),
              QStringList({"Acme", "  Projects", "    Web", "      Design", "    App",
                           "  Tasks", "  Contacts"}));
@@ -294,8 +293,7 @@ class CatalogueDialogTest : public QObject, public testing::WindowFixture {
                  {window.actions().rates, "Rate Setup"}};
     for (const auto& c : cases) {
       QString title;
-      testing::OnModal(
-          this, [&](QWidget* modal) { title = modal ? modal->windowTitle() : ""; });
+      OnModal([&](QWidget* modal) { title = modal ? modal->windowTitle() : ""; });
       c.action->trigger();
       QCOMPARE(title, c.title);
     }

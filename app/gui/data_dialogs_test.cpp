@@ -37,8 +37,6 @@ class DataDialogsTest : public QObject, public testing::WindowFixture {
 
   int ShownCount() const { return static_cast<int>(Shown().size()); }
 
-  QStringList Texts() const { return testing::Texts(prompt_); }
-
  private slots:
   void init() {
     opened_.clear();

@@ -25,10 +25,6 @@ class EntryDialogsTest : public QObject, public testing::WindowFixture {
     return {*data_->catalogue, data_->settings, *data_->locale, prompt_, *clock_};
   }
 
-  void OnModal(std::function<void(QWidget*)> body) {
-    testing::OnModal(this, std::move(body));
-  }
-
  private slots:
   void init() {
     // Wednesday 2026-11-18; the week runs from Sunday the 15th.

@@ -34,9 +34,6 @@ class TimerCommandsTest : public QObject, public testing::WindowFixture {
   QAction* TrayAction(const QString& name) {
     return commands_->tray()->menu()->findChild<QAction*>(name);
   }
-  void OnModal(std::function<void(QWidget*)> body) {
-    testing::OnModal(this, std::move(body));
-  }
 
  private slots:
   void init() {
@@ -212,7 +209,7 @@ class TimerCommandsTest : public QObject, public testing::WindowFixture {
     data_->settings.option_bits |= kOptionBillable;
     data_->settings.default_currency = u"EUR";
     bool edited = false;
-    testing::OnModal(this, [&](QWidget* widget) {
+    OnModal([&](QWidget* widget) {
       auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
       QVERIFY(dialog != nullptr);
       QCOMPARE(dialog->windowTitle(), QString("Entry Timers"));
@@ -225,7 +222,7 @@ class TimerCommandsTest : public QObject, public testing::WindowFixture {
       dialog->note_edit()->canvas()->BeginStroke({3, 4});
       dialog->note_edit()->canvas()->ExtendStroke({30, 40});
       dialog->note_edit()->canvas()->EndStroke();
-      testing::OnModal(this, [&](QWidget* widget) {
+      OnModal([&](QWidget* widget) {
         prompt_.answers = {Answer::kYes};  // a failed check's Cancel discards the entry
         auto* editor = qobject_cast<EntryEditorDialog*>(widget);
         QVERIFY(editor != nullptr && editor->editor().is_new());

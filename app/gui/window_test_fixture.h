@@ -27,25 +27,6 @@ inline QString Q(std::u16string_view text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// Runs `body` on the next modal dialog once it is up, then closes the dialog
-// if `body` left it open (a failed check), so that a failure never hangs.
-inline void OnModal(QObject* context, std::function<void(QWidget*)> body) {
-  QTimer::singleShot(0, context, [body = std::move(body)] {
-    QWidget* widget = QApplication::activeModalWidget();
-    body(widget);
-    if (auto* dialog = qobject_cast<QDialog*>(widget); dialog && dialog->isVisible()) {
-      dialog->reject();
-    }
-  });
-}
-
-// The prompt's texts, in the order shown.
-inline QStringList Texts(const FakePrompt& prompt) {
-  QStringList texts;
-  for (const auto& t : prompt.Texts()) texts << Q(t);
-  return texts;
-}
-
 // An entry for Add(): the fields most tests set.
 inline TimeEntry Entry(FileTime start, std::u16string client, std::u16string task,
                        std::uint32_t duration = 150, bool billable = true,
@@ -121,6 +102,24 @@ class WindowFixture {
       shown.push_back(window_->entry_model()->EntryAt(r));
     }
     return shown;
+  }
+  // The prompt's texts, in the order shown.
+  QStringList Texts() const {
+    QStringList texts;
+    for (const auto& t : prompt_.Texts()) texts << Q(t);
+    return texts;
+  }
+  // Runs `body` on the next modal dialog once it is up, then closes the
+  // dialog if `body` left it open (a failed check), so that a failure never
+  // hangs.
+  static void OnModal(std::function<void(QWidget*)> body) {
+    QTimer::singleShot(0, qApp, [body = std::move(body)] {
+      QWidget* widget = QApplication::activeModalWidget();
+      body(widget);
+      if (auto* dialog = qobject_cast<QDialog*>(widget); dialog && dialog->isVisible()) {
+        dialog->reject();
+      }
+    });
   }
   // The first line of each item the item list shows.
   QStringList ShownFirstLines() const {
