@@ -78,7 +78,7 @@ class CatalogueDialogTest : public QObject, public testing::WindowFixture {
 
  private slots:
   void init() {
-    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    QVERIFY(OpenData());
     QVERIFY(OpenCatalogue(data_));
     acme_ = AddClient(cat().clients, u"Acme");
     AddClient(cat().clients, u"Globex");

@@ -53,8 +53,7 @@ class OptionsCommandsTest : public QObject, public testing::WindowFixture {
 
  private slots:
   void init() {
-    // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    QVERIFY(OpenData());
     data_->settings.list_style = kListStyleItems;  // the options shape the items
     Add(At(2026, 11, 15), u"Acme", u"Website", 150, true, true);
     Add(At(2026, 11, 18, 9, 0, 1), u"Globex", u"website", 50, true, false);

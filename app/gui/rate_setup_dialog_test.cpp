@@ -36,7 +36,7 @@ class RateSetupDialogTest : public QObject, public testing::WindowFixture {
 
  private slots:
   void init() {
-    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    QVERIFY(OpenData());
     QVERIFY(OpenCatalogue(&*data_));
     AddClient(data_->catalogue->clients, u"Zeta");
     acme_ = AddClient(data_->catalogue->clients, u"Acme");

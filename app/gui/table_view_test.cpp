@@ -14,8 +14,6 @@ namespace quillora {
 namespace {
 
 using testing::At;
-using testing::Entry;
-using testing::Q;
 
 class TableViewTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
@@ -23,7 +21,7 @@ class TableViewTest : public QObject, public testing::WindowFixture {
  private:
   QStringList ShownTasks() {
     QStringList tasks;
-    for (const TimeEntry& e : Shown()) tasks << Q(e.task);
+    for (const TimeEntry& e : Shown()) tasks << testing::Q(e.task);
     return tasks;
   }
 
@@ -38,8 +36,7 @@ class TableViewTest : public QObject, public testing::WindowFixture {
 
  private slots:
   void init() {
-    // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    QVERIFY(OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
+    QVERIFY(OpenData());
     const struct {
       FileTime at;
       const char16_t* client;
@@ -55,7 +52,8 @@ class TableViewTest : public QObject, public testing::WindowFixture {
         {At(2026, 11, 25), u"Acme", u"Next week", 100, true, false},
     };
     for (const auto& e : entries) {
-      TimeEntry entry = Entry(e.at, e.client, e.task, e.duration, e.billable, e.paid);
+      TimeEntry entry =
+          testing::Entry(e.at, e.client, e.task, e.duration, e.billable, e.paid);
       entry.rate = 8000;
       WindowFixture::Add(entry);
     }

@@ -46,9 +46,10 @@ inline TimeEntry Entry(FileTime start, std::u16string client, std::u16string tas
 class WindowFixture {
  public:
   // A fresh data folder, the previous test's window and folder closed; the
-  // clock stands at `now`; the prompt has shown nothing. False when the
+  // clock stands at `now` (by default Saturday 2026-11-21, in the week that
+  // runs from Sunday the 15th); the prompt has shown nothing. False when the
   // folder cannot be opened.
-  bool OpenData(const SystemTime& now) {
+  bool OpenData(const SystemTime& now = MakeSystemTime(2026, 11, 21, 10, 0, 0)) {
     Close();
     dir_ = std::make_unique<TempDir>();
     data_owner_ = std::make_unique<DataContext>();
