@@ -139,19 +139,17 @@ class DataDialogsTest : public QObject, public testing::WindowFixture {
     QCOMPARE(ShownCount(), 3);
   }
 
-  void ArchiveRestoreRefusesABackup() {
+  // A backup is refused as an archive to restore; handed over, it offers
+  // its restore.
+  void ABackupIsNoArchiveButHandedOffersItsRestore() {
     prompt_.files.push_back(File("all.qrd"));
     QCOMPARE(BackupFromWindow(window_), BackupOutcome::kDone);
     prompt_.files.push_back(File("all.qrd"));
     QCOMPARE(ArchiveRestoreFromWindow(window_), static_cast<int>(kRestoreContentRefused));
     QCOMPARE(Texts(), QStringList({"Only Archive file with data can be restored."}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kWarning);
-  }
 
-  void HandedFilesOfferTheirRestore() {
-    prompt_.files.push_back(File("all.qrd"));
-    QCOMPARE(BackupFromWindow(window_), BackupOutcome::kDone);
-    prompt_.choosers.clear();
+    prompt_ = testing::FakePrompt();
     const QString backup = QString::fromStdString(File("all.qrd"));
     const QString other = QString::fromStdString(File("notes.txt"));
     prompt_.answers = {Answer::kNo, Answer::kYes};
