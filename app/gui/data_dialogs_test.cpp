@@ -17,7 +17,6 @@
 #include "app/gui/window_commands.h"
 #include "app/gui/window_test_fixture.h"
 #include "app/gui/written_file_notice.h"
-#include "reports/html_report.h"
 #include "store/string_table.h"
 
 namespace quillora {
@@ -26,41 +25,26 @@ namespace {
 using testing::At;
 using testing::Q;
 
-class DataDialogsTest : public QObject {
+class DataDialogsTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  DataContext* data_ = nullptr;
-  MainWindow* window_ = nullptr;
-  testing::FakePrompt& prompt_ = f_.prompt();
   QList<QUrl> opened_;
 
   void Add(FileTime start, const char16_t* client, const char16_t* task) {
-    f_.Add(testing::Entry(start, client, task));
+    WindowFixture::Add(testing::Entry(start, client, task));
   }
 
-  int Shown() const { return static_cast<int>(f_.Shown().size()); }
-
-  QStringList Texts() const {
-    QStringList texts;
-    for (const auto& t : prompt_.Texts()) texts << Q(t);
-    return texts;
-  }
-
-  std::string File(const char* name) const { return f_.File(name); }
+  int ShownCount() const { return static_cast<int>(Shown().size()); }
 
  private slots:
   void init() {
-    prompt_ = testing::FakePrompt();
     opened_.clear();
     SetUrlOpener([this](const QUrl& url) {
       opened_ << url;
       return true;
     });
-    // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
-    data_ = &f_.data();
+    QVERIFY(OpenData());
     QVERIFY(OpenCatalogue(data_));
     AddClient(data_->catalogue->clients, u"Acme");
     AddClient(data_->catalogue->clients, u"Globex");
@@ -68,13 +52,12 @@ class DataDialogsTest : public QObject {
     Add(At(2026, 11, 18, 9, 0, 1), u"Acme", u"Build");
     Add(At(2026, 11, 19, 9, 0, 1), u"Globex", u"Support");
     Add(At(2026, 11, 25, 9, 0, 1), u"Acme", u"Next week");
-    QVERIFY(f_.OpenWindow());
-    window_ = &f_.window();
-    QCOMPARE(Shown(), 3);
+    QVERIFY(OpenWindow());
+    QCOMPARE(ShownCount(), 3);
   }
 
   void cleanup() {
-    f_.Close();
+    Close();
     SetUrlOpener(nullptr);
   }
 
@@ -100,15 +83,13 @@ class DataDialogsTest : public QObject {
     dialog.Reread();
     QCOMPARE(dialog.preview()->rowCount(), 2);
     QCOMPARE(dialog.preview()->item(0, 2)->text(), QString("Initech"));
-    QCOMPARE(dialog.preview()->item(0, 5)->text(), QString("1.50"));
     QCOMPARE(dialog.preview()->item(1, 8)->text(), QString("no task"));
     QCOMPARE(dialog.mapping()->item(2, 1)->text(), QString("date"));
     QVERIFY(dialog.import_button()->isEnabled());
     QVERIFY(dialog.Import());
-    QCOMPARE(
-        Texts().last(),
-        QString("Imported 1 entries; 0 already present; 1 skipped.\nline 3: no task"));
-    QCOMPARE(Shown(), 4);
+    QVERIFY(
+        Texts().last().startsWith("Imported 1 entries"));  // the text: entry_import_test
+    QCOMPARE(ShownCount(), 4);
     QVERIFY(FindClient(data_->catalogue->clients, u"Initech"));
   }
 
@@ -149,28 +130,26 @@ class DataDialogsTest : public QObject {
     prompt_.files.push_back(File("week.qra"));
     QCOMPARE(RunWindowArchive(window_, request), BackupOutcome::kDone);
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("Archive Files (*.qra)|*.qra|"));
-    QCOMPARE(Shown(), 0);  // the view was read again
+    QCOMPARE(ShownCount(), 0);  // the view was read again
 
     prompt_.files.push_back(File("week.qra"));
     QCOMPARE(ArchiveRestoreFromWindow(window_), static_cast<int>(kRestoreOk));
     QCOMPARE(Texts(), QStringList({"Archive file has been restored."}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kInformation);
-    QCOMPARE(Shown(), 3);
+    QCOMPARE(ShownCount(), 3);
   }
 
-  void ArchiveRestoreRefusesABackup() {
+  // A backup is refused as an archive to restore; handed over, it offers
+  // its restore.
+  void ABackupIsNoArchiveButHandedOffersItsRestore() {
     prompt_.files.push_back(File("all.qrd"));
     QCOMPARE(BackupFromWindow(window_), BackupOutcome::kDone);
     prompt_.files.push_back(File("all.qrd"));
     QCOMPARE(ArchiveRestoreFromWindow(window_), static_cast<int>(kRestoreContentRefused));
     QCOMPARE(Texts(), QStringList({"Only Archive file with data can be restored."}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kWarning);
-  }
 
-  void HandedFilesOfferTheirRestore() {
-    prompt_.files.push_back(File("all.qrd"));
-    QCOMPARE(BackupFromWindow(window_), BackupOutcome::kDone);
-    prompt_.choosers.clear();
+    prompt_ = testing::FakePrompt();
     const QString backup = QString::fromStdString(File("all.qrd"));
     const QString other = QString::fromStdString(File("notes.txt"));
     prompt_.answers = {Answer::kNo, Answer::kYes};
@@ -179,7 +158,7 @@ class DataDialogsTest : public QObject {
                                    RestoreOfferText(backup)}));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kExclamation);
     QVERIFY(prompt_.choosers.empty());  // the handed file answers the chooser
-    QCOMPARE(Shown(), 6);               // restored once
+    QCOMPARE(ShownCount(), 6);          // restored once
   }
 
   void FindAndReplaceChecksThenRuns() {
@@ -198,26 +177,23 @@ class DataDialogsTest : public QObject {
     QCOMPARE(dialog.result(), static_cast<int>(QDialog::Accepted));
     // The refusals' texts are timekeeping/bulk_edits_test's.
     QCOMPARE(Texts().size(), 4);
-    QVERIFY(Texts()[2].startsWith("Are you sure to replace the text?"));
     QCOMPARE(prompt_.shown[0].icon, MessageIcon::kExclamation);
     QVERIFY(!dialog.status_line()->isHidden() && !dialog.progress_bar()->isHidden());
     QCOMPARE(dialog.progress_bar()->maximum(), 4 + 1);
     QCOMPARE(dialog.progress_bar()->value(), 4 + 1);
     QVERIFY(!dialog.type_box()->isEnabled() && !dialog.find_box()->isEnabled());
     QCOMPARE(dialog.counts().entries_changed, 3);
-    QCOMPARE(f_.Shown().at(0).client, std::u16string(u"Acme Inc"));
+    QCOMPARE(Shown().at(0).client, std::u16string(u"Acme Inc"));
   }
 
   void MarkPaidAsksFirst() {
     int marked = -1;
     QCOMPARE(MarkPaidFromWindow(window_, &marked), BulkOutcome::kDeclined);
-    QCOMPARE(Texts(),
-             QStringList({"Do you want to mark all entries paid using the filter "
-                          "from the current view?"}));
+    QCOMPARE(Texts().size(), 1);  // its text: timekeeping/bulk_edits_test
     prompt_.answers = {Answer::kYes};
     QCOMPARE(MarkPaidFromWindow(window_, &marked), BulkOutcome::kDone);
     QCOMPARE(marked, 3);
-    for (const TimeEntry& e : f_.Shown()) QVERIFY(e.paid);
+    for (const TimeEntry& e : Shown()) QVERIFY(e.paid);
   }
 
   void DeleteDataByClients() {
@@ -231,13 +207,13 @@ class DataDialogsTest : public QObject {
     DeleteCriteria criteria;
     QVERIFY(DeleteCriteriaOf(dialog, prompt_, &criteria));
     QCOMPARE(RunWindowDeleteData(window_, criteria), BulkOutcome::kDeclined);
-    QCOMPARE(Shown(), 3);
+    QCOMPARE(ShownCount(), 3);
     QCOMPARE(prompt_.shown.size(), 1u);  // its text: timekeeping/bulk_edits_test
     prompt_.answers = {Answer::kOk};
     int deleted = 0;
     QCOMPARE(RunWindowDeleteData(window_, criteria, &deleted), BulkOutcome::kDone);
     QCOMPARE(deleted, 3);  // the next week's Acme entry too
-    QCOMPARE(Shown(), 1);
+    QCOMPARE(ShownCount(), 1);
   }
 
   void ReportEditorFollowsTheType() {
@@ -282,11 +258,8 @@ class DataDialogsTest : public QObject {
     const ObjectId id = dialog.report().record_id;
     QVERIFY(id != 0);
     prompt_.answers = {Answer::kNo, Answer::kYes};
-    QVERIFY(dialog.Save());  // No asks the name again
-    QCOMPARE(Texts().mid(1), QStringList({"The report already exists. Do you want to "
-                                          "overwrite it?",
-                                          "The report already exists. Do you want to "
-                                          "overwrite it?"}));
+    QVERIFY(dialog.Save());       // No asks the name again
+    QCOMPARE(Texts().size(), 3);  // their text: reports/saved_reports_test
     QCOMPARE(dialog.report().record_id, id);
   }
 
@@ -306,7 +279,7 @@ class DataDialogsTest : public QObject {
     QCOMPARE(dialog.list()->item(0)->data(Qt::UserRole).toString(), QString("Monthly"));
     prompt_.answers = {Answer::kYes};
     QVERIFY(dialog.DeleteSelected());
-    QCOMPARE(Texts(), QStringList({"Are you sure to permanently delete this item?"}));
+    QCOMPARE(Texts().size(), 1);
     QCOMPARE(dialog.list()->count(), 0);
   }
 
@@ -326,7 +299,6 @@ class DataDialogsTest : public QObject {
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("HTML Files (*.htm)|*.htm|"));
     QCOMPARE(opened_, QList<QUrl>({QUrl::fromLocalFile(QString::fromStdString(path))}));
     const std::string html = testing::ReadFileBytes(path);
-    QVERIFY(QString::fromStdString(html).startsWith(Q(kHtmlReportDoctype)));
     QVERIFY(html.find("Support") != std::string::npos);
     QVERIFY(html.find("Next week") == std::string::npos);
 
@@ -396,7 +368,7 @@ class DataDialogsTest : public QObject {
     NoticeOf(window_)->open_folder_button()->click();
     QCOMPARE(opened_.mid(opened_.size() - 2),
              QList<QUrl>({QUrl::fromLocalFile(QString::fromStdString(File("w.csv"))),
-                          QUrl::fromLocalFile(QString::fromStdString(f_.dir().path()))}));
+                          QUrl::fromLocalFile(QString::fromStdString(dir().path()))}));
   }
 
   void HelpOpensAtItsTopics() {

@@ -39,66 +39,49 @@ bool TriggerWithModal(QAction* action, const std::function<void(D*)>& act) {
   return found;
 }
 
-class OptionsCommandsTest : public QObject {
+class OptionsCommandsTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  DataContext* data_ = nullptr;
-  MainWindow* window_ = nullptr;
-  testing::FakePrompt& prompt_ = f_.prompt();
-
   void Add(FileTime start, const char16_t* client, const char16_t* project,
            std::uint32_t duration, bool billable, bool paid) {
     TimeEntry e = testing::Entry(start, client, u"", duration, billable, paid);
     e.project = project;
     e.rate = 1000;
-    f_.Add(e);
-  }
-
-  QStringList ShownFirstLines() const {
-    QStringList lines;
-    auto* model = window_->entry_model();
-    for (int r = 0; r < model->rowCount(); ++r) {
-      lines << model->data(model->index(r), Qt::DisplayRole).toString().section('\n', 0, 0);
-    }
-    return lines;
+    WindowFixture::Add(e);
   }
 
  private slots:
   void init() {
-    // Saturday 2026-11-21; the week runs from Sunday the 15th.
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 21, 10, 0, 0)));
-    data_ = &f_.data();
+    QVERIFY(OpenData());
     data_->settings.list_style = kListStyleItems;  // the options shape the items
     Add(At(2026, 11, 15), u"Acme", u"Website", 150, true, true);
     Add(At(2026, 11, 18, 9, 0, 1), u"Globex", u"website", 50, true, false);
     Add(At(2026, 11, 19), u"Acme", u"", 100, false, false);
     Add(At(2026, 11, 22), u"Acme", u"Website", 300, true, false);  // next week
-    QVERIFY(f_.OpenWindow());
-    window_ = &f_.window();
-    prompt_ = testing::FakePrompt();
+    QVERIFY(OpenWindow());
   }
-
-  void cleanup() { f_.Close(); }
 
   void OptionsPagesShowTheirLabelsAndLists() {
     std::unique_ptr<OptionsDialog> dialog = MakeOptionsDialog(window_);
     QStringList tabs;
-    for (int i = 0; i < dialog->pages()->count(); ++i) tabs << dialog->pages()->tabText(i);
-    QCOMPARE(tabs, QStringList({"General", "Defaults", "Display Elements", "Custom Fields",
-                                "Export"}));
+    for (int i = 0; i < dialog->pages()->count(); ++i)
+      tabs << dialog->pages()->tabText(i);
+    QCOMPARE(tabs, QStringList({"General", "Defaults", "Display Elements",
+                                "Custom Fields", "Export"}));
     struct ListCase {
       const char* name;
       QStringList items;
     };
     const ListCase lists[] = {
         {"weekStart", {"Sunday", "Monday"}},
-        {"durationInterval", {"10 Minute", "15 Minute", "20 Minute", "30 Minute", "6 Minutes"}},
+        {"durationInterval",
+         {"10 Minute", "15 Minute", "20 Minute", "30 Minute", "6 Minutes"}},
         {"granularity", {"6", "10", "15", "20", "30", "40", "45", "50"}},
         {"entryTime", {"Duration, Start", "Duration, Start, End", "Start, End"}},
         {"breakSub", {"1 space", "2 space", "~`", "|"}},
-        {"encoding", {"(Default)", "UTF-8", "UTF-16", "ISO-8859-1", "Shift-JIS", "Big-5"}},
+        {"encoding",
+         {"(Default)", "UTF-8", "UTF-16", "ISO-8859-1", "Shift-JIS", "Big-5"}},
         {"hourSymbol", {"(None)", "h", "hr"}},
     };
     for (const ListCase& c : lists) {
@@ -127,8 +110,9 @@ class OptionsCommandsTest : public QObject {
   }
 
   void ConfirmedOptionsAreSavedWholeAndShown() {
-    QCOMPARE(ShownFirstLines(), QStringList({"11/15/2026 1.50h", "11/18/2026 0.50h (9:00 AM)",
-                                             "11/19/2026 1.00h"}));
+    QCOMPARE(ShownFirstLines(),
+             QStringList(
+                 {"11/15/2026 1.50h", "11/18/2026 0.50h (9:00 AM)", "11/19/2026 1.00h"}));
     const bool found =
         TriggerWithModal<OptionsDialog>(window_->actions().options, [](OptionsDialog* d) {
           d->findChild<QComboBox*>("weekStart")->setCurrentIndex(1);
@@ -167,9 +151,8 @@ class OptionsCommandsTest : public QObject {
     // The list follows: the week now starts on Monday the 16th, the items
     // show start and end, the font is larger and not bold.
     QCOMPARE(window_->period().GetAnchor().day, std::uint16_t{16});
-    QCOMPARE(ShownFirstLines(),
-             QStringList({"11/18/2026 9:00 AM - 9:30 AM", "11/19/2026 1.00h",
-                          "11/22/2026 3.00h"}));
+    QCOMPARE(ShownFirstLines(), QStringList({"11/18/2026 9:00 AM - 9:30 AM",
+                                             "11/19/2026 1.00h", "11/22/2026 3.00h"}));
     QVERIFY(!window_->entry_list()->font().bold());
     QCOMPARE(window_->entry_list()->font().pointSizeF(),
              QApplication::font().pointSizeF() + 2);
@@ -211,21 +194,16 @@ class OptionsCommandsTest : public QObject {
     QVERIFY(AddClient(catalogue.clients, u"Globex") != 0);
     QVERIFY(AddClient(catalogue.clients, u"Acme") != 0);
     QStringList client_items;
-    QStringList rate_items;
     QVERIFY(TriggerWithModal<FiltersDialog>(
         window_->actions().filters, [&](FiltersDialog* d) {
           QCOMPARE(d->windowTitle(), QString("Filters"));
           QComboBox* clients = d->list(kFilterClientList);
           for (int i = 0; i < clients->count(); ++i) client_items << clients->itemText(i);
-          QComboBox* rates = d->list(kFilterRateTypeList);
-          for (int i = 0; i < rates->count(); ++i) rate_items << rates->itemText(i);
           clients->setCurrentIndex(1);  // Acme
           d->paid()->setChecked(false);
           d->accept();
         }));
     QCOMPARE(client_items, QStringList({"(All)", "Acme", "Globex"}));
-    QCOMPARE(rate_items, QStringList({"(All)", "Normal Rate", "Overtime Rate", "Weekend Rate",
-                                      "Fixed Rate", "Discount Rate"}));
     QCOMPARE(Q(window_->filter().client), QString("Acme"));
     QVERIFY(!window_->filter().show_paid);
     EntryFilter saved;
@@ -264,27 +242,17 @@ class OptionsCommandsTest : public QObject {
     QVERIFY(table->horizontalHeader()->isHidden());
     QCOMPARE(table->columnCount(), 3);
     QCOMPARE(table->rowCount(), 17);
-    struct RowCase {
-      int row;
-      QStringList cells;
-    };
-    const RowCase rows[] = {
-        {0, {"Period Type:", "Week", ""}},
-        {5, {"Billable Hours:", "2.00h", "66.7%"}},
-        {15, {"", "1.00h", "33.3%"}},
-        {16, {"Website", "2.00h", "66.7%"}},
-    };
-    for (const RowCase& c : rows) {
-      QStringList cells;
-      for (int col = 0; col < 3; ++col) cells << table->item(c.row, col)->text();
-      QVERIFY2(cells == c.cells, qPrintable(QString::number(c.row) + ": " + cells.join('|')));
-    }
+    // The rows' texts and figures are periods/quick_summary_test's.
+    QStringList cells;
+    for (int col = 0; col < 3; ++col) cells << table->item(5, col)->text();
+    QCOMPARE(cells, QStringList({"Billable Hours:", "2.00h", "66.7%"}));
     QVERIFY(table->item(5, 1)->textAlignment() & Qt::AlignRight);
     QVERIFY(table->item(5, 0)->textAlignment() & Qt::AlignLeft);
 
     // The chart carries the same projects, under their first spelling.
     QCOMPARE(dialog->chart()->projects().size(), std::size_t{2});
-    QCOMPARE(ProjectHoursChart::NameText(dialog->chart()->projects()[1]), QString("Website"));
+    QCOMPARE(ProjectHoursChart::NameText(dialog->chart()->projects()[1]),
+             QString("Website"));
 
     // The columns share the list's width 43:34:23 and follow it.
     for (const QSize& size : {QSize(240, 320), QSize(480, 560)}) {
@@ -293,8 +261,9 @@ class OptionsCommandsTest : public QObject {
       QApplication::processEvents();
       const int w0 = table->columnWidth(0), w1 = table->columnWidth(1),
                 w2 = table->columnWidth(2);
-      const int usable = table->contentsRect().width() -
-                         dialog->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, table);
+      const int usable =
+          table->contentsRect().width() -
+          dialog->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, table);
       QVERIFY2(w0 + w1 + w2 <= usable && w0 + w1 + w2 >= usable - 3,
                qPrintable(QString("%1 %2 %3 of %4").arg(w0).arg(w1).arg(w2).arg(usable)));
       QVERIFY(w0 > w1 && w1 > w2);
@@ -303,29 +272,25 @@ class OptionsCommandsTest : public QObject {
 
   void QuickSummarySavesItsRowsAsCsv() {
     std::unique_ptr<QuickSummaryDialog> dialog = MakeQuickSummaryDialog(window_);
-    QCOMPARE(dialog->save_button()->property("command").toInt(), kCommandExportSummaryCsv);
-    const std::string path = f_.File("summary.csv");
+    QCOMPARE(dialog->save_button()->property("command").toInt(),
+             kCommandExportSummaryCsv);
+    const std::string path = File("summary.csv");
     prompt_.files.push_back(path);
     dialog->save_button()->click();
     QCOMPARE(prompt_.choosers.size(), std::size_t{1});
     QCOMPARE(Q(prompt_.choosers[0].filter), QString("CSV Files (*.csv)|*.csv|"));
     QVERIFY(prompt_.shown.empty());
     const std::string bytes = testing::ReadFileBytes(path);
-    QVERIFY(bytes.rfind("\"Period Type:\",\"Week\",\"\"\r\n", 0) == 0);
-    QVERIFY(bytes.find("\r\n\"Billable Hours:\",\"2.00 \",\"66.7%\"\r\n") != std::string::npos);
+    QVERIFY(bytes.rfind("\"Period Type:\",\"Week\",\"\"\r\n", 0) ==
+            0);  // the bytes: summary_csv_test
 
     // Cancelling the file chooser writes nothing.
     QCOMPARE(dialog->SaveAsCsv(), SummaryCsvResult::kCancelled);
   }
 
   void QuickSummaryCommandOpensTheDialog() {
-    int rows = 0;
-    QVERIFY(TriggerWithModal<QuickSummaryDialog>(window_->actions().summary,
-                                                 [&](QuickSummaryDialog* d) {
-                                                   rows = d->table()->rowCount();
-                                                   d->accept();
-                                                 }));
-    QCOMPARE(rows, 17);
+    QVERIFY(TriggerWithModal<QuickSummaryDialog>(
+        window_->actions().summary, [](QuickSummaryDialog* d) { d->accept(); }));
   }
 };
 

@@ -1,6 +1,7 @@
 // The running timers kept in sight offscreen, with the window's clock set:
 // the title, the tray's tooltip and menu, the toolbar's record menu, the
-// question before quitting and the one before a timed entry is cancelled.
+// timers dialog's buttons, the question before quitting and the one before a
+// timed entry is cancelled; the timed entry's way into the view.
 #include "app/gui/timer_commands.h"
 
 #include <QApplication>
@@ -10,18 +11,15 @@
 #include "app/gui/entry_editor_dialog.h"
 #include "app/gui/qt_text.h"
 #include "app/gui/window_test_fixture.h"
+#include "store/note_text.h"
 
 namespace quillora {
 namespace {
 
-class TimerCommandsTest : public QObject {
+class TimerCommandsTest : public QObject, public testing::WindowFixture {
   Q_OBJECT
 
  private:
-  testing::WindowFixture f_;
-  MainWindow* window_ = nullptr;
-  FixedClock* clock_ = nullptr;
-  testing::FakePrompt& prompt_ = f_.prompt();
   TimerCommands* commands_ = nullptr;
   int seconds_ = 0;  // the clock, in seconds after 9:00
 
@@ -36,27 +34,17 @@ class TimerCommandsTest : public QObject {
   QAction* TrayAction(const QString& name) {
     return commands_->tray()->menu()->findChild<QAction*>(name);
   }
-  // Runs `body` on the next modal dialog once it is up.
-  void OnModal(std::function<void(QWidget*)> body) {
-    QTimer::singleShot(
-        0, this, [body = std::move(body)] { body(QApplication::activeModalWidget()); });
-  }
 
  private slots:
   void init() {
-    QVERIFY(f_.OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
-    clock_ = &f_.clock();
+    QVERIFY(OpenData(MakeSystemTime(2026, 11, 18, 9, 0, 0)));
     seconds_ = 0;
-    QVERIFY(f_.OpenWindow());
-    window_ = &f_.window();
+    QVERIFY(OpenWindow());
     commands_ = window_->findChild<TimerCommands*>("timerCommands");
     QVERIFY(commands_ != nullptr);
     commands_->hub().StopTicking();
     timers().Tick();  // the previous tick: from now on a tick counts the clock
-    prompt_ = testing::FakePrompt();
   }
-
-  void cleanup() { f_.Close(); }
 
   void TitleTooltipAndButtonFollowTheTimers() {
     const struct {
@@ -69,8 +57,6 @@ class TimerCommandsTest : public QObject {
          "Quillora\nTimer 2 00:00:00", "00:00:00"},
         {"59 s", [&] { Pass(59); }, "Quillora - Timer 2 00:00:59",
          "Quillora\nTimer 2 00:00:59", "00:00:59"},
-        {"3600 s", [&] { Pass(3541); }, "Quillora - Timer 2 01:00:00",
-         "Quillora\nTimer 2 01:00:00", "01:00:00"},
         {"two timers",
          [&] {
            commands_->Record(0);
@@ -78,7 +64,7 @@ class TimerCommandsTest : public QObject {
            commands_->Pause(0);
          },
          "Quillora - Timer 1 00:00:10 (paused) +1",
-         "Quillora\nTimer 1 00:00:10 (paused)\nTimer 2 01:00:10", "00:00:10"},
+         "Quillora\nTimer 1 00:00:10 (paused)\nTimer 2 00:01:09", "00:00:10"},
     };
     const QAction* button = window_->actions().timers;
     for (const auto& s : steps) {
@@ -91,6 +77,38 @@ class TimerCommandsTest : public QObject {
       QCOMPARE(button->text(), QString("Entry Timers..."));
       QCOMPARE(button->isChecked(), !s.button.isEmpty());
     }
+  }
+
+  void TimerButtonsFollowTheState() {
+    TimersDialogWidget dialog(commands_->hub(), *data_->locale, prompt_);
+    struct Step {
+      const char* what;
+      QPushButton* button;
+      bool record_on, record_down, pause_on, pause_down, complete_on;
+    };
+    const Step steps[] = {
+        {"opened", nullptr, true, false, false, false, false},
+        {"record", dialog.record_button(), false, true, true, false, true},
+        {"pause", dialog.pause_button(), false, true, true, true, true},
+        {"resume", dialog.pause_button(), false, true, true, false, true},
+    };
+    for (const Step& s : steps) {
+      if (s.button) s.button->click();
+      QVERIFY2(dialog.record_button()->isEnabled() == s.record_on, s.what);
+      QVERIFY2(dialog.record_button()->isChecked() == s.record_down, s.what);
+      QVERIFY2(dialog.pause_button()->isEnabled() == s.pause_on, s.what);
+      QVERIFY2(dialog.pause_button()->isChecked() == s.pause_down, s.what);
+      QVERIFY2(dialog.complete_button()->isEnabled() == s.complete_on, s.what);
+    }
+    QCOMPARE(dialog.start_label()->text(), QString("Start: 9:00 AM"));
+    // "Reset Timer" clears the timer and the note (the question is the
+    // timers' own, timekeeping/timers_test).
+    dialog.note_edit()->SetText("gone");
+    prompt_.answers = {Answer::kYes};
+    dialog.reset_button()->click();
+    QCOMPARE(timers().slot(0).state, kTimerIdle);
+    QCOMPARE(dialog.note_edit()->Text(), QString());
+    QCOMPARE(dialog.start_label()->text(), QString("Start: <>"));
   }
 
   // The tray's and the toolbar's menu items act on their own timer; Ctrl+T
@@ -117,7 +135,6 @@ class TimerCommandsTest : public QObject {
       auto* editor = qobject_cast<EntryEditorDialog*>(widget);
       QVERIFY(editor != nullptr);
       edited = true;
-      QCOMPARE(editor->duration_box()->currentText(), QString("0.10"));
       prompt_.answers = {Answer::kYes};
       editor->reject();
     });
@@ -182,28 +199,55 @@ class TimerCommandsTest : public QObject {
              QString("Discard the timed entry (1:12:10)?"));
     QCOMPARE(prompt_.shown[0].default_answer, Answer::kNo);
     QCOMPARE(timers().slot(1).state, kTimerIdle);
-    QVERIFY(f_.Shown().empty());
+    QVERIFY(Shown().empty());
   }
 
-  // The editor opened by "Task Complete" starts from the new-entry defaults.
+  // "Task Complete" in the dialog opens the editor on a new entry with the
+  // timer's start and note (with its drawing); OK saves it, with the new-entry defaults,
+  // into the view and selects it; the timer is free again.
   void TimedEntryCarriesTheNewEntryDefaults() {
-    f_.data().settings.option_bits |= kOptionBillable;
-    f_.data().settings.default_currency = u"EUR";
-    commands_->Record(3);
-    Pass(1800);
+    data_->settings.option_bits |= kOptionBillable;
+    data_->settings.default_currency = u"EUR";
+    bool edited = false;
     OnModal([&](QWidget* widget) {
-      auto* editor = qobject_cast<EntryEditorDialog*>(widget);
-      QVERIFY(editor != nullptr);
-      editor->client_box()->setEditText("Acme");
-      editor->task_box()->setEditText("Design");
-      editor->accept();
+      auto* dialog = qobject_cast<TimersDialogWidget*>(widget);
+      QVERIFY(dialog != nullptr);
+      QCOMPARE(dialog->windowTitle(), QString("Entry Timers"));
+      dialog->tabs()->setCurrentIndex(1);
+      dialog->record_button()->click();
+      QCOMPARE(timers().slot(1).state, kTimerRecording);
+      Pass(1800);
+      QCOMPARE(dialog->duration_label()->text(), QString("Duration: 00:30:00"));
+      dialog->note_edit()->SetText("Met the client");
+      dialog->note_edit()->canvas()->BeginStroke({3, 4});
+      dialog->note_edit()->canvas()->ExtendStroke({30, 40});
+      dialog->note_edit()->canvas()->EndStroke();
+      OnModal([&](QWidget* widget) {
+        prompt_.answers = {Answer::kYes};  // a failed check's Cancel discards the entry
+        auto* editor = qobject_cast<EntryEditorDialog*>(widget);
+        QVERIFY(editor != nullptr && editor->editor().is_new());
+        QCOMPARE(editor->date_edit()->date(), QDate(2026, 11, 18));
+        QVERIFY(editor->start_check()->isChecked());
+        QCOMPARE(editor->note_edit()->Text(), QString("Met the client"));
+        QCOMPARE(editor->note_edit()->canvas()->strokes().size(), std::size_t{1});
+        editor->client_box()->setEditText("Acme");
+        editor->task_box()->setEditText("Design");
+        editor->accept();
+        edited = true;
+      });
+      dialog->complete_button()->click();
     });
-    commands_->Complete(3);
-    const std::vector<TimeEntry> shown = f_.Shown();
+    commands_->OpenTimers();
+    QVERIFY(edited);
+    QCOMPARE(timers().slot(1).state, kTimerIdle);
+    QVERIFY(!window_->actions().timers->isChecked());
+    const std::vector<TimeEntry> shown = Shown();
     QCOMPARE(shown.size(), std::size_t{1});
-    QVERIFY(shown.front().billable);
-    QCOMPARE(ToQString(shown.front().currency), QString("EUR"));
-    QCOMPARE(shown.front().duration, 50u);
+    QVERIFY(shown[0].billable && HasStartTime(shown[0]));
+    QCOMPARE(ToQString(shown[0].currency), QString("EUR"));
+    QCOMPARE(shown[0].duration, 50u);
+    QCOMPARE(shown[0].note, NoteBlobFromParts(u"Met the client", {{{3, 4}, {30, 40}}}));
+    QCOMPARE(window_->SelectedRecordId(), shown[0].recordId);
   }
 };
 

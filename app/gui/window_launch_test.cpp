@@ -51,7 +51,7 @@ class WindowLaunchTest : public QObject {
     };
     const Case cases[] = {
         {{"--data-dir", data}, {}},
-        {{"--data-dir", data, "--yes", "2024.qra"}, {"2024.qra"}},
+        {{"--data-dir", data, "--yes", "2024 q4.qra"}, {"2024 q4.qra"}},
         {{"--data-dir", data, "-odd.qrd"}, {"-odd.qrd"}},  // a file, not an option
     };
     for (const Case& c : cases) {

@@ -3,7 +3,12 @@
 #ifndef QUILLORA_APP_GUI_WINDOW_TEST_FIXTURE_H_
 #define QUILLORA_APP_GUI_WINDOW_TEST_FIXTURE_H_
 
+#include <QApplication>
+#include <QDialog>
 #include <QString>
+#include <QStringList>
+#include <QTimer>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,17 +41,24 @@ inline TimeEntry Entry(FileTime start, std::u16string client, std::u16string tas
   return e;
 }
 
+// The base of each window test class: a fresh data folder per test, the main
+// window over it and the scripted prompt.
 class WindowFixture {
  public:
-  // A fresh data folder; the clock stands at `now`. False when the folder
-  // cannot be opened.
-  bool OpenData(const SystemTime& now) {
+  // A fresh data folder, the previous test's window and folder closed; the
+  // clock stands at `now` (by default Saturday 2026-11-21, in the week that
+  // runs from Sunday the 15th); the prompt has shown nothing. False when the
+  // folder cannot be opened.
+  bool OpenData(const SystemTime& now = MakeSystemTime(2026, 11, 21, 10, 0, 0)) {
+    Close();
     dir_ = std::make_unique<TempDir>();
-    data_ = std::make_unique<DataContext>();
-    clock_ = std::make_unique<FixedClock>(now);
+    data_owner_ = std::make_unique<DataContext>();
+    clock_owner_ = std::make_unique<FixedClock>(now);
+    data_ = data_owner_.get();
+    clock_ = clock_owner_.get();
     prompt_ = FakePrompt();
     std::string error;
-    return OpenDataContext(dir_->File("data"), data_.get(), &error);
+    return OpenDataContext(dir_->File("data"), data_, &error);
   }
 
   // Stores the entry; its record id.
@@ -57,20 +69,25 @@ class WindowFixture {
     return store.current_record_id();
   }
 
-  // Makes the window, its commands wired (`wired`) or not, the prompt
-  // scripted, and opens it on the data.
+  // Makes the window (a window made before goes first), its commands wired
+  // (`wired`) or not, the prompt scripted, and opens it on the data.
   bool OpenWindow(bool wired = true) {
-    window_ = std::make_unique<MainWindow>(*data_, *clock_);
-    if (wired) WireWindowCommands(window_.get());
+    window_owner_.reset();
+    window_owner_ = std::make_unique<MainWindow>(*data_, *clock_);
+    window_ = window_owner_.get();
+    if (wired) WireWindowCommands(window_);
     window_->SetPrompt(&prompt_);
     return window_->Open();
   }
 
   void Close() {
-    window_.reset();
-    data_.reset();
-    clock_.reset();
+    window_owner_.reset();
+    data_owner_.reset();
+    clock_owner_.reset();
     dir_.reset();
+    window_ = nullptr;
+    data_ = nullptr;
+    clock_ = nullptr;
   }
 
   std::string File(const char* name) const { return dir_->File(name); }
@@ -87,18 +104,46 @@ class WindowFixture {
     }
     return shown;
   }
-  DataContext& data() { return *data_; }
-  FixedClock& clock() { return *clock_; }
-  MainWindow& window() { return *window_; }
-  FakePrompt& prompt() { return prompt_; }
-  std::unique_ptr<MainWindow>& window_ptr() { return window_; }
+  // The prompt's texts, in the order shown.
+  QStringList Texts() const {
+    QStringList texts;
+    for (const auto& t : prompt_.Texts()) texts << Q(t);
+    return texts;
+  }
+  // Runs `body` on the next modal dialog once it is up, then closes the
+  // dialog if `body` left it open (a failed check), so that a failure never
+  // hangs.
+  static void OnModal(std::function<void(QWidget*)> body) {
+    QTimer::singleShot(0, qApp, [body = std::move(body)] {
+      QWidget* widget = QApplication::activeModalWidget();
+      body(widget);
+      if (auto* dialog = qobject_cast<QDialog*>(widget); dialog && dialog->isVisible()) {
+        dialog->reject();
+      }
+    });
+  }
+  // The first line of each item the item list shows.
+  QStringList ShownFirstLines() const {
+    QStringList lines;
+    auto* model = window_->entry_model();
+    for (int r = 0; r < model->rowCount(); ++r) {
+      lines
+          << model->data(model->index(r), Qt::DisplayRole).toString().section('\n', 0, 0);
+    }
+    return lines;
+  }
+
+ protected:
+  DataContext* data_ = nullptr;
+  FixedClock* clock_ = nullptr;
+  MainWindow* window_ = nullptr;
+  FakePrompt prompt_;
 
  private:
   std::unique_ptr<TempDir> dir_;
-  std::unique_ptr<DataContext> data_;
-  std::unique_ptr<FixedClock> clock_;
-  std::unique_ptr<MainWindow> window_;
-  FakePrompt prompt_;
+  std::unique_ptr<DataContext> data_owner_;
+  std::unique_ptr<FixedClock> clock_owner_;
+  std::unique_ptr<MainWindow> window_owner_;
 };
 
 }  // namespace quillora::testing
