@@ -135,13 +135,13 @@ class MainWindowTest : public QObject, public testing::WindowFixture {
     window_->PollExternalChanges();
     QCOMPARE(window_->entry_model()->rowCount(), 3);
     // `quillora settings set ListStyle 1` while the window is open.
-    auto registry = OpenSqliteRegistry(f_.File("data") + "/" + kRegistryFileName, &error);
+    auto registry = OpenSqliteRegistry(File("data") + "/" + kRegistryFileName, &error);
     Settings settings;
     QVERIFY(registry && LoadSettings(*registry, &settings));
     settings.list_style = kListStyleCompact;
     QVERIFY(SaveSettings(*registry, settings));
     window_->PollExternalChanges();
-    QCOMPARE(f_.data().settings.list_style, kListStyleCompact);
+    QCOMPARE(data_->settings.list_style, kListStyleCompact);
     QVERIFY(window_->actions().compact_list->isChecked());
   }
 
