@@ -591,6 +591,13 @@ void MainWindow::ShowTotals(const QuickSummarySums& sums) {
   for (const ProjectHours& project : sums.Projects()) {
     auto* item = new QTreeWidgetItem;
     item->setText(0, ToQString(project.project));
+    if (project.project.empty()) {
+      // The entries without a project: the quick summary shows an empty name.
+      item->setText(0, tr("(no project)"));
+      QFont font = item->font(0);
+      font.setItalic(true);
+      item->setFont(0, font);
+    }
     item->setText(1, number(project.hours));
     item->setText(2, hours > 0
                          ? QString::number(project.hours * 100 / hours, 'f', 1) + "%"
