@@ -98,30 +98,21 @@ void ReadFilterValues(Registry& registry, const RegistryKey& key, EntryFilter* f
 
 bool LoadFilter(Registry& registry, EntryFilter* filter) {
   RegistryKey key;
-  if (registry.CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return false;
-  }
+  if (!OpenSettingsKey(registry, &key, /*create=*/true)) return false;
   ReadFilterValues(registry, key, filter);
   return true;
 }
 
 bool ReadSavedFilter(Registry& registry, EntryFilter* filter) {
   RegistryKey key;
-  if (registry.OpenKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return false;
-  }
+  if (!OpenSettingsKey(registry, &key)) return false;
   ReadFilterValues(registry, key, filter);
   return true;
 }
 
 bool SaveFilter(Registry& registry, const EntryFilter& filter) {
   RegistryKey key;
-  if (registry.CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return false;
-  }
+  if (!OpenSettingsKey(registry, &key, /*create=*/true)) return false;
   bool ok = true;
   for (const char16_t* name : kAllFilterValues) {
     const long rc = registry.DeleteValue(key, name);

@@ -83,12 +83,16 @@ SystemTime SystemTimeFromBytes(const unsigned char* bytes) {
   return {f[0], f[1], f[2], f[3], f[4], f[5], f[6], f[7]};
 }
 
+bool OpenSettingsKey(Registry& registry, RegistryKey* key, bool create) {
+  const long rc =
+      create ? registry.CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, key)
+             : registry.OpenKey(RegistryHive::kCurrentUser, kSettingsKeyPath, key);
+  return rc == kErrorSuccess;
+}
+
 bool LoadSettings(Registry& registry, Settings* s) {
   RegistryKey key;
-  if (registry.CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return false;
-  }
+  if (!OpenSettingsKey(registry, &key, /*create=*/true)) return false;
   auto dword = [&](const char16_t* name, std::uint32_t fallback) {
     return DwordOr(registry, key, name, fallback);
   };
@@ -132,10 +136,7 @@ bool LoadSettings(Registry& registry, Settings* s) {
 
 bool SaveSettings(Registry& registry, const Settings& s) {
   RegistryKey key;
-  if (registry.CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return false;
-  }
+  if (!OpenSettingsKey(registry, &key, /*create=*/true)) return false;
   bool ok = true;
   auto keep = [&](long rc) { ok = ok && rc == kErrorSuccess; };
   keep(WriteDword(registry, key, u"View", s.view));
@@ -168,10 +169,7 @@ bool SaveSettings(Registry& registry, const Settings& s) {
 
 std::uint32_t ReadNextClientSeed(Registry& registry) {
   RegistryKey key;
-  if (registry.OpenKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return 1;
-  }
+  if (!OpenSettingsKey(registry, &key)) return 1;
   return DwordOr(registry, key, u"NextClient", 1);
 }
 

@@ -15,6 +15,10 @@ namespace quillora {
 // The program's key under the current user.
 inline constexpr char16_t kSettingsKeyPath[] = u"Software\\Quillora";
 
+// Opens the settings key of the current user, creating it (and its parents)
+// when `create`; false when it cannot be opened.
+bool OpenSettingsKey(Registry& registry, RegistryKey* key, bool create = false);
+
 // Option bits of "DefNewStyles". Bits not named here belong to whoever tests them.
 inline constexpr std::uint32_t kOptionBillable = 0x0001;  // new entries start billable
 inline constexpr std::uint32_t kOptionItemTap = 0x0002;   // "Item Click Option:"

@@ -300,7 +300,7 @@ const SettingValueInfo* FindSettingValue(std::string_view name) {
 
 std::vector<std::string> ShowSettings(Registry& registry) {
   RegistryKey key;  // stays closed when the key is missing: everything shows its default
-  registry.OpenKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key);
+  OpenSettingsKey(registry, &key);
   std::vector<std::string> lines;
   for (const auto& info : KnownSettingValues()) {
     std::string text;

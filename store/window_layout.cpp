@@ -47,10 +47,7 @@ bool IsColumnOrder(const ColumnOrder& order) {
 WindowLayout LoadWindowLayout(Registry& registry) {
   WindowLayout layout;
   RegistryKey key;
-  if (registry.OpenKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return layout;
-  }
+  if (!OpenSettingsKey(registry, &key)) return layout;
   unsigned char rect[16];
   if (ReadBinary(registry, key, u"WinRect", rect, sizeof rect) == kErrorSuccess) {
     layout.rect = FromBytes<4>(rect);
@@ -77,10 +74,7 @@ WindowLayout LoadWindowLayout(Registry& registry) {
 
 bool SaveWindowLayout(Registry& registry, const WindowLayout& layout) {
   RegistryKey key;
-  if (registry.CreateKey(RegistryHive::kCurrentUser, kSettingsKeyPath, &key) !=
-      kErrorSuccess) {
-    return false;
-  }
+  if (!OpenSettingsKey(registry, &key, /*create=*/true)) return false;
   bool ok = true;
   auto keep = [&](long rc) { ok = ok && rc == kErrorSuccess; };
   if (layout.placed) {

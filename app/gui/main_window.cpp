@@ -25,7 +25,9 @@
 namespace quillora {
 namespace {
 
-SystemTime FromQDate(const QDate& d) { return MakeSystemTime(d.year(), d.month(), d.day()); }
+SystemTime FromQDate(const QDate& d) {
+  return MakeSystemTime(d.year(), d.month(), d.day());
+}
 
 }  // namespace
 
@@ -591,8 +593,7 @@ void MainWindow::ShowTotals(const QuickSummarySums& sums) {
   for (const ProjectHours& project : sums.Projects()) {
     auto* item = new QTreeWidgetItem;
     item->setText(0, ToQString(project.project));
-    if (project.project.empty()) {
-      // The entries without a project: the quick summary shows an empty name.
+    if (project.project.empty()) {  // the quick summary shows an empty name
       item->setText(0, tr("(no project)"));
       QFont font = item->font(0);
       font.setItalic(true);
@@ -637,9 +638,8 @@ void MainWindow::SelectRecord(ObjectId record_id) {
 void MainWindow::DeleteSelectedEntry() {
   const ObjectId id = SelectedRecordId();
   if (id == 0) return;
-  if (prompt_->Ask(kAppTitle, LoadString(kIdsDeleteItemQuestion),
-                  MessageIcon::kWarning, QuestionButtons::kYesNo,
-                  Answer::kNo) != Answer::kYes) {
+  if (prompt_->Ask(kAppTitle, LoadString(kIdsDeleteItemQuestion), MessageIcon::kWarning,
+                   QuestionButtons::kYesNo, Answer::kNo) != Answer::kYes) {
     return;
   }
   TimeEntry entry = *SelectedEntry();
@@ -648,12 +648,13 @@ void MainWindow::DeleteSelectedEntry() {
 
 void MainWindow::OpenCaptionPicker() {
   QMenu menu(this);
-  const QPoint where =
-      period_bar_->caption_button()->mapToGlobal(period_bar_->caption_button()->rect().bottomLeft());
+  const QPoint where = period_bar_->caption_button()->mapToGlobal(
+      period_bar_->caption_button()->rect().bottomLeft());
   if (auto* month = dynamic_cast<MonthPeriod*>(period_.get())) {
     const MonthMenu items = BuildMonthMenu(*month, *data_.locale);
     for (int m = 0; m < 12; ++m) {
-      QAction* a = menu.addAction(ToQString(items.month_names[static_cast<std::size_t>(m)]));
+      QAction* a =
+          menu.addAction(ToQString(items.month_names[static_cast<std::size_t>(m)]));
       a->setCheckable(true);
       a->setChecked(items.checked_month == m + 1);
       connect(a, &QAction::triggered, this, [this, month, m] {
